@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: Apache-2.0
+// The log line, the reply pipe, the shell-safety check and the questions to the Lua side.
+
+#include "common/front_end.h"
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <ctime>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include "common/text.h"
+
+namespace {
+
+using frruci::common::format;
+
+constexpr const char *kLogPath = "/tmp/tmp/data";
+constexpr const char *kVidAnswer = "/tmp/cli_vid";
+constexpr const char *kAddressAnswer = "/tmp/cli_ipaddr";
+constexpr const char *kRefusedCharacters = "|\"$&'();<>[\\`";
+
+// Line numbers printed in messages; fixed, as support tools match on them.
+constexpr int kWanQuestionLine = 69;
+constexpr int kLanQuestionLine = 103;
+
+/// Holds SIGPIPE back: a reader that went away must not end the host.
+class PipeSignalHeld {
+public:
+    PipeSignalHeld() {
+        sigset_t pending;
+        (void)sigpending(&pending); // cannot fail with a valid set
+        wasPending_ = sigismember(&pending, SIGPIPE) == 1;
+        (void)sigemptyset(&held_);
+        (void)sigaddset(&held_, SIGPIPE);
+        (void)pthread_sigmask(SIG_BLOCK, &held_, &before_);
+    }
+    ~PipeSignalHeld() {
+        if (!wasPending_) {
+            const timespec none = {};
+            while (sigtimedwait(&held_, nullptr, &none) < 0 && errno == EINTR) {
+            }
+        }
+        (void)pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+    }
+    PipeSignalHeld(const PipeSignalHeld &) = delete;
+    PipeSignalHeld &operator=(const PipeSignalHeld &) = delete;
+
+private:
+    sigset_t held_;
+    sigset_t before_;
+    bool wasPending_;
+};
+
+void dropNewline(char *line) {
+    const std::size_t length = strlen(line);
+    if (length > 0 && line[length - 1] == '\n') {
+        line[length - 1] = '\0';
+    }
+}
+
+/// Reads the first line of an answer file, its newline removed; false when it cannot be opened.
+template <std::size_t N> bool readAnswer(const char *path, char (&line)[N]) {
+    line[0] = '\0';
+    FILE *file = fopen(path, "r");
+    if (file == nullptr) {
+        return false;
+    }
+    if (fgets(line, static_cast<int>(N), file) == nullptr) {
+        line[0] = '\0';
+    }
+    (void)fclose(file); // only read from
+    dropNewline(line);
+    return true;
+}
+
+void runShell(const char *command) {
+    if (system(command) != 0) {
+        // A question that fails shows in its answer file.
+    }
+}
+
+/// Asks a VLAN question; ifUnanswered is the result without an answer file.
+int32_t askVlan(const char *module, const char *question, int32_t vid, int32_t ifUnanswered) {
+    char command[256];
+    format(command, "lua -e 'require \"luci.controller.admin.%s\".%s(\"%d\")'", module, question,
+           vid);
+    runShell(command);
+    char answer[32];
+    if (!readAnswer(kVidAnswer, answer)) {
+        return ifUnanswered;
+    }
+    return frruci::common::number(answer);
+}
+
+void askAddress(const char *module, const char *question, const char *ipText, const char *asker,
+                int line) {
+    if (check_safe_string(ipText) == 0) {
+        (void)printf("%s %d: check safe string failed!\n", asker, line);
+        return;
+    }
+    char command[128];
+    format(command, "lua -e 'require \"luci.controller.admin.%s\".%s(\"%s\")'", module, question,
+           ipText);
+    runShell(command);
+}
+
+bool isWanAddress(const char *ipText) {
+    askAddress("interface_wan", "is_wan_ip_addr", ipText, "get_wan_ip_addr", kWanQuestionLine);
+    char answer[64];
+    return readAnswer(kAddressAnswer, answer) && !frruci::common::equals(answer, "none");
+}
+
+bool isLocalAddress(const char *ipText) {
+    FILE *addresses = popen("ifconfig | awk '/inet/{print $2}' | awk -F: '{print $2}'", "r");
+    if (addresses == nullptr) {
+        return false;
+    }
+    char line[512];
+    bool found = false;
+    while (!found && fgets(line, sizeof line, addresses) != nullptr) {
+        dropNewline(line);
+        found = line[0] != '\0' && frruci::common::equals(line, ipText);
+    }
+    (void)pclose(addresses); // the list's own status says nothing
+    return found;
+}
+
+bool isInLanVlan(const char *ipText) {
+    askAddress("lan", "is_vlan_ipaddr", ipText, "get_vid_by_ip_addr", kLanQuestionLine);
+    char answer[1024];
+    if (!readAnswer(kVidAnswer, answer)) {
+        return false;
+    }
+    if (frruci::common::equals(answer, "0")) {
+        (void)puts("Is not lan ip.");
+        return false;
+    }
+    return true;
+}
+
+} // namespace
+
+int32_t record_log_act(const char *format, ...) {
+    char message[512];
+    va_list arguments;
+    va_start(arguments, format);
+    const int formatted = vsnprintf(message, sizeof message, format, arguments);
+    va_end(arguments);
+    if (formatted < 0) {
+        return -1;
+    }
+    const int file = open(kLogPath, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    if (file < 0) {
+        return -1;
+    }
+    const ssize_t written = write(file, message, strlen(message));
+    (void)close(file); // nothing is buffered that a close could still lose
+    return written < 0 ? -1 : 0;
+}
+
+int32_t write_pipe_to_lua(const char *text, const char *path) {
+    const int pipe = open(path, O_WRONLY | O_CLOEXEC);
+    if (pipe < 0) {
+        return pipe;
+    }
+    const PipeSignalHeld held;
+    if (write(pipe, text, strlen(text)) < 0) {
+        // The reader went away: there is nobody left to tell.
+    }
+    return close(pipe);
+}
+
+int32_t check_safe_string(const char *text) {
+    return text == nullptr || strpbrk(text, kRefusedCharacters) == nullptr ? 1 : 0;
+}
+
+int32_t sw_is_lan_vid(int32_t vid) {
+    return askVlan("lan", "is_vlan_id", vid, 0);
+}
+
+// Without an answer a VLAN counts as WAN, on purpose: callers then address eth1.<vid>.
+int32_t sw_is_wan_vid(int32_t vid) {
+    return askVlan("interface_wan", "is_wan_vlan_id", vid, 1);
+}
+
+int32_t check_network_ip(const char *ip_text) {
+    if (ip_text == nullptr) {
+        ip_text = "";
+    }
+    if (isWanAddress(ip_text) || isLocalAddress(ip_text)) {
+        return 1;
+    }
+    return isInLanVlan(ip_text) ? 0 : -1;
+}
