@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: Apache-2.0
+// The walk into one ospfd context, the command, and the end of the session.
+
+#include "ospf/vty_ospf.h"
+
+#include "common/front_end.h"
+#include "common/text.h"
+#include "vty/frr_util.h"
+#include "vty/session.h"
+
+namespace {
+
+using frruci::common::format;
+using frruci::vty::deliver;
+using frruci::vty::kCommandBytes;
+using frruci::vty::Session;
+
+constexpr uint32_t kAccepted = 0;
+constexpr uint32_t kRefused = 1;
+constexpr uint32_t kNoConnection = UINT32_MAX;
+
+constexpr const char *kSocket = "/var/ospfd.vty";
+constexpr const char *kLanInterface = "interface eth0.%d";
+constexpr const char *kWanInterface = "interface eth1.%d";
+
+/// The interface line's format for the side that the VLAN is on; null for no VLAN of ours.
+const char *interfaceLine(int32_t vlan) {
+    if (sw_is_lan_vid(vlan) != 0) {
+        return kLanInterface;
+    }
+    return sw_is_wan_vid(vlan) != 0 ? kWanInterface : nullptr;
+}
+
+} // namespace
+
+uint32_t vtyOspfConfigOspf(uint32_t /*unused*/, const char *command, uint32_t /*selector*/) {
+    // One socket for both instances, on purpose: callers deliver a command once for each.
+    return deliver(kSocket, {"en", "configure", "router ospf", command});
+}
+
+uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char *command) {
+    const auto vlan = static_cast<int32_t>(vlanId);
+    if (interfaceLine(vlan) == nullptr) {
+        return kRefused;
+    }
+    Session session(kSocket);
+    if (!session.isOpen() || !session.run("en") || !session.run("configure")) {
+        return kRefused;
+    }
+    // Asked anew, on purpose: the line follows the answer that holds when it is sent.
+    const char *line = interfaceLine(vlan);
+    if (line == nullptr) {
+        return kRefused; // the command must not land in the context outside any interface
+    }
+    char context[kCommandBytes];
+    format(context, line, vlan);
+    if (!session.run(context)) {
+        return kRefused;
+    }
+    return command == nullptr || session.run(command) ? kAccepted : kRefused;
+}
+
+uint32_t vtyOspfConfigNetwork(uint32_t /*unused*/, uint32_t vlanId, const char *command,
+                              uint32_t selector) {
+    char context[kCommandBytes];
+    format(context, selector != 0 ? kWanInterface : kLanInterface, static_cast<int32_t>(vlanId));
+    return deliver(kSocket, {"en", "configure", context, command});
+}
+
+uint32_t doVtyOspfConfigInterface(uint32_t /*unused*/, const char *interfaceName,
+                                  uint32_t /*unused2*/, const char *command) {
+    char context[kCommandBytes];
+    format(context, "interface %s", interfaceName == nullptr ? "" : interfaceName);
+    return deliver(kSocket, {"en", "configure", context, command});
+}
+
+uint32_t vtyOspfShowOspf(uint32_t /*unused*/, const char *command, char *reply,
+                         uint32_t /*selector*/) {
+    Session session(kSocket);
+    if (!session.isOpen() || !session.run("en")) {
+        return kRefused;
+    }
+    return command == nullptr || session.run(command, reply) ? kAccepted : kRefused;
+}
+
+uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, uint32_t selector,
+                  int32_t extra) {
+    const Session session(socketPath);
+    if (!session.isOpen()) {
+        return kNoConnection;
+    }
+    uint8_t code = 0;
+    return frrVtyPrint(session.fd(), command, &code, kind, selector, extra) == 0 ? kAccepted
+                                                                                 : kRefused;
+}
