@@ -3,16 +3,24 @@
 
 #include "vty/show_lines.h"
 
+#include "ospf/frr_ospf.h"
+#include "rip/frr_rip.h"
+
+// Hooks that the displays of the two protocols fill.
+[[gnu::weak]] void handle_rip_show_interface(char *) {}
+[[gnu::weak]] void handle_ospf_show(char *, uint32_t, uint32_t) {}
+
 namespace frruci::vty {
 
 namespace {
 
 using LineHandler = void (*)(char *line, uint32_t kind, uint32_t argument);
 
-void ripLine(char *, uint32_t, uint32_t) {}
-void ospfLine(char *, uint32_t, uint32_t) {}
+void ripLine(char *line, uint32_t, uint32_t) {
+    handle_rip_show_interface(line);
+}
 
-constexpr LineHandler kLineHandlers[] = {ripLine, ospfLine}; // by mode
+constexpr LineHandler kLineHandlers[] = {ripLine, handle_ospf_show}; // by mode
 
 } // namespace
 
