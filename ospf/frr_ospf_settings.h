@@ -1,0 +1,52 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* What the front-end's handlers and the replay of the stored configuration have in common. */
+#ifndef FRRUCI_OSPF_FRR_OSPF_SETTINGS_H
+#define FRRUCI_OSPF_FRR_OSPF_SETTINGS_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace frruci::ospf {
+
+inline constexpr const char *kWanWord = "wan";
+inline constexpr const char *kEnableWord = "enable";
+
+inline constexpr uint16_t kNoVrf = 0;
+
+// Authentication types of the front-end and the store.
+inline constexpr int32_t kSimplePassword = 1;
+inline constexpr int32_t kMessageDigest = 2;
+
+/// One interface setting with a single number; the word is both the handler's keyword and the
+/// name of the stored option.
+struct InterfaceKeyword {
+    const char *word;
+    uint32_t (*apply)(const char *name, int32_t wan, int32_t value);
+};
+
+/// In the order in which the replay sends them; passive is last as it is replayed only when set.
+std::span<const InterfaceKeyword> interfaceKeywords();
+
+inline constexpr const char *kPassiveWord = "passive";
+inline constexpr const char *kAuthenticationWord = "auto_type";
+
+/// Texts of the process-wide options, in the order of the handler's words.
+struct ProcessOptions {
+    const char *distance;
+    const char *rfcCompatible;
+    const char *spfDelay;
+    const char *spfInitialHold;
+    const char *spfMaximumHold;
+    const char *maximumPaths;
+    const char *passiveDefault;
+};
+
+using FailureLog = void (*)(uint32_t status, const char *what);
+
+/// Sends every process-wide option, whatever became of those before it; failures go to log.
+void applyProcessOptions(const ProcessOptions &options, FailureLog log);
+
+} // namespace frruci::ospf
+
+#endif
