@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: Apache-2.0
+// The model block, its process slots, and the router-level settings by key.
+
+#include "ospf/uc_ospf.h"
+
+#include <arpa/inet.h>
+#include <cstdlib>
+#include <iterator>
+#include <type_traits>
+
+#include "common/dlist.h"
+#include "ospf/uc_ospf_block.h"
+
+OspfModelBlock *pucOspf = nullptr;
+pthread_mutex_t uc_ospf_mutex = PTHREAD_MUTEX_INITIALIZER;
+
+namespace {
+
+using namespace frruci::ospf;
+
+constexpr uint8_t kEnabled = 1;
+
+constexpr OspfProcessCfg kProcessDefaults = {
+    .enabled = 0,
+    .processId = 0,
+    .reservedAddress = 0,
+    .routerId = 0,
+    .routerIdSet = 0,
+    .gracefulRestart = 0,
+    .defaultRouteAdvertise = 0,
+    .always = 0,
+    .originateMetric = 1,
+    .metricType = 2,
+    .adminDistance = 110,
+    .rfc1583Compatibility = 0,
+    .defaultMetric = -1,
+    .maximumPaths = 16,
+    .passiveDefault = 0,
+    .referenceBandwidth = 100000,
+    .spfDelay = 0,
+    .spfInitialHold = 50,
+    .spfMaximumHold = 5000,
+    .networks = nullptr,
+    .areas = nullptr,
+    .areaAggregates = nullptr,
+    .virtualLinks = nullptr,
+    .redistributions = nullptr,
+};
+
+/// In the order in which a reset renews them. The virtual links come twice, on purpose: the second
+/// renewal belongs to the reset as much as the first.
+constexpr dlist *OspfProcessCfg::*kResetOrder[] = {
+    &OspfProcessCfg::networks,        &OspfProcessCfg::areas,
+    &OspfProcessCfg::areaAggregates,  &OspfProcessCfg::virtualLinks,
+    &OspfProcessCfg::redistributions, &OspfProcessCfg::virtualLinks,
+};
+
+void renewList(dlist *&list) {
+    if (list != nullptr) {
+        dlistDestroy(list);
+    }
+    list = dlistCreate(free, nullptr); // without memory there is none, and nothing can be inserted
+}
+
+void resetRecord(OspfProcessCfg &record) {
+    OspfProcessCfg fresh = kProcessDefaults;
+    for (const auto list : kResetOrder) {
+        fresh.*list = record.*list;
+    }
+    record = fresh;
+    for (const auto list : kResetOrder) {
+        renewList(record.*list);
+    }
+}
+
+uint32_t firstFreeSlot() {
+    const ModelLock lock;
+    uint32_t slot = 0;
+    while (slot < kSlots && pucOspf->process[slot].enabled != 0) {
+        ++slot;
+    }
+    return slot;
+}
+
+void storeRouterId(OspfProcessCfg &record, bool set, const void *value) {
+    record.routerIdSet = set ? 1 : 0;
+    in_addr address = {};
+    if (set && value != nullptr && inet_aton(static_cast<const char *>(value), &address) != 0) {
+        record.routerId = address.s_addr;
+    }
+}
+
+void storeSpfTimers(OspfProcessCfg &record, bool set, const void *value) {
+    uint16_t timers[] = {kProcessDefaults.spfDelay, kProcessDefaults.spfInitialHold,
+                         kProcessDefaults.spfMaximumHold};
+    if (set && value != nullptr) {
+        memcpy(timers, value, sizeof timers);
+    }
+    record.spfDelay = timers[0];
+    record.spfInitialHold = timers[1];
+    record.spfMaximumHold = timers[2];
+}
+
+template <auto Field> void storeFlag(OspfProcessCfg &record, bool set, const void * /*value*/) {
+    record.*Field = set ? 1 : 0;
+}
+
+template <auto Field> constexpr auto kStore = storeNumber<Field, kProcessDefaults, OspfProcessCfg>;
+
+/// By OspfBasicParaKey.
+constexpr StoreSetting<OspfProcessCfg> kBasicSettings[] = {
+    storeRouterId,
+    storeFlag<&OspfProcessCfg::gracefulRestart>,
+    kStore<&OspfProcessCfg::referenceBandwidth>,
+    storeFlag<&OspfProcessCfg::rfc1583Compatibility>,
+    kStore<&OspfProcessCfg::defaultMetric>,
+    kStore<&OspfProcessCfg::adminDistance>,
+    storeFlag<&OspfProcessCfg::passiveDefault>,
+    kStore<&OspfProcessCfg::maximumPaths>,
+    storeSpfTimers,
+};
+static_assert(std::size(kBasicSettings) == 9);
+
+} // namespace
+
+uint32_t ucOspfInit(void) {
+    if (pthread_mutex_init(&uc_ospf_mutex, nullptr) != 0) {
+        return kNoRoom;
+    }
+    auto *block = static_cast<OspfModelBlock *>(calloc(1, sizeof(OspfModelBlock)));
+    if (block == nullptr) {
+        return kNoRoom;
+    }
+    pucOspf = block;
+    for (uint32_t slot = 0; slot < kSlots; ++slot) {
+        const uint32_t result = ucOspfDefaultProcessByNum(slot);
+        if (result != kDone) {
+            return result;
+        }
+    }
+    const ModelLock lock;
+    for (OspfInterfaceEntry &entry : block->interface) {
+        entry = kInterfaceDefaults;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfDefaultProcessByNum(uint32_t slot) {
+    if (pucOspf == nullptr) {
+        return kNothingThere;
+    }
+    const ModelLock lock;
+    OspfProcessCfg *record = processAt(slot);
+    if (record == nullptr) {
+        return kNothingThere;
+    }
+    pucOspf->processWord[slot] = 0;
+    resetRecord(*record);
+    return kDone;
+}
+
+uint32_t ucOspfEnableProcess(uint16_t processId) {
+    if (pucOspf == nullptr) {
+        return kNothingThere;
+    }
+    const uint32_t slot = firstFreeSlot();
+    if (slot == kSlots) {
+        return kNoRoom;
+    }
+    // Chosen, reset and claimed under three holds: the reset takes the lock itself.
+    (void)ucOspfDefaultProcessByNum(slot); // the slot is there
+    const ModelLock lock;
+    pucOspf->process[slot].enabled = kEnabled;
+    pucOspf->process[slot].processId = processId;
+    return kDone;
+}
+
+uint32_t ucOspfProcessIsEnable(uint32_t slot) {
+    const ModelLock lock;
+    const OspfProcessCfg *record = processAt(slot);
+    return record != nullptr && record->enabled == kEnabled ? 1 : 0;
+}
+
+uint32_t ucOspfHasProcessId(uint16_t processId) {
+    const ModelLock lock;
+    for (uint32_t slot = 0; slot < kSlots; ++slot) {
+        const OspfProcessCfg *record = processAt(slot);
+        // Slots that are not enabled count too, on purpose: id 0 finds the first reset slot.
+        if (record != nullptr && record->processId == processId) {
+            return slot;
+        }
+    }
+    return kNone;
+}
+
+uint32_t ucOspfGetProcessPid(uint32_t slot) {
+    const ModelLock lock;
+    return processAt(slot) != nullptr ? pucOspf->processWord[slot] : 0;
+}
+
+uint32_t ucOspfGetCfg(uint32_t slot, OspfProcessCfg *out) {
+    const ModelLock lock;
+    const OspfProcessCfg *record = processAt(slot);
+    if (record == nullptr || out == nullptr) {
+        return kNothingThere;
+    }
+    *out = *record;
+    return kDone;
+}
+
+uint32_t ucOspfSetCfg(uint32_t slot, const OspfProcessCfg *in) {
+    const ModelLock lock;
+    OspfProcessCfg *record = processAt(slot);
+    if (record == nullptr || in == nullptr) {
+        return kNothingThere;
+    }
+    *record = *in;
+    return kDone;
+}
+
+uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void *value,
+                                   OspfBasicParaKey key) {
+    const uint32_t slot = ucOspfHasProcessId(processId);
+    if (slot == kNone) {
+        return kDone; // on purpose: an instance that was not enabled has nothing to record
+    }
+    OspfProcessCfg record;
+    const uint32_t result = ucOspfGetCfg(slot, &record);
+    if (result != kDone) {
+        return result;
+    }
+    if (key < std::size(kBasicSettings)) {
+        kBasicSettings[key](record, set != 0, value);
+    }
+    return ucOspfSetCfg(slot, &record);
+}

@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: Apache-2.0
+// The model's interface entries: one for each VLAN, taken with its first setting and kept.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <iterator>
+
+#include "common/dlist.h"
+#include "ospf/uc_ospf.h"
+#include "ospf/uc_ospf_block.h"
+
+namespace frruci::ospf {
+
+dlist *damagedHandle = nullptr;
+
+} // namespace frruci::ospf
+
+namespace {
+
+using namespace frruci::ospf;
+
+constexpr uint32_t kInUse = 1;
+constexpr uint32_t kSimpleType = 1;
+
+constexpr std::size_t kDamagedSlot = 14;
+constexpr std::size_t kKeptHandleBytes = 5;
+constexpr std::size_t kFixedClearBytes = 8;
+constexpr std::size_t kFixedClear = offsetof(OspfModelBlock, process) +
+                                    kDamagedSlot * sizeof(OspfProcessCfg) +
+                                    offsetof(OspfProcessCfg, redistributions) + kKeptHandleBytes;
+static_assert(kFixedClear == 1621);
+
+template <auto Field>
+constexpr auto kStore = storeNumber<Field, kInterfaceDefaults, OspfInterfaceEntry>;
+
+/// By OspfInfParaKey.
+constexpr StoreSetting<OspfInterfaceEntry> kInterfaceSettings[] = {
+    kStore<&OspfInterfaceEntry::helloInterval>,
+    kStore<&OspfInterfaceEntry::deadInterval>,
+    kStore<&OspfInterfaceEntry::retransmitInterval>,
+    kStore<&OspfInterfaceEntry::transmitDelay>,
+    kStore<&OspfInterfaceEntry::cost>,
+    kStore<&OspfInterfaceEntry::priority>,
+};
+static_assert(std::size(kInterfaceSettings) == 6);
+
+/// Copies a key's bytes, whatever its text's length; no key is all zeroes.
+template <std::size_t N> void copyKey(uint8_t (&field)[N], const char *key) {
+    if (key == nullptr) {
+        memset(field, 0, N);
+    } else {
+        memcpy(field, key, N);
+    }
+}
+
+/// Clears eight bytes across the last two slots, on purpose, with every entry that a key creates:
+/// the two process ids in use never reach these slots.
+void fixedClear() {
+    dlist *&handle = pucOspf->process[kDamagedSlot].redistributions;
+    dlist *before = handle;
+    memset(reinterpret_cast<unsigned char *>(pucOspf) + kFixedClear, 0, kFixedClearBytes);
+    if (handle != before) {
+        damagedHandle = handle;
+    }
+}
+
+/// Runs change(entry, isNew) on the VLAN's entry, which a set takes when there is none yet. The
+/// entry is the model's own, under the lock.
+template <typename Change> uint32_t withEntry(uint32_t vlanId, bool set, Change change) {
+    const ModelLock lock;
+    uint32_t index = ucOspfFindInterfaceVlan(vlanId);
+    const bool isNew = index == kNotFound;
+    if (isNew) {
+        if (!set) {
+            return kNotFound;
+        }
+        index = ucOspfFindFreeInterface();
+        if (index == kNone) {
+            return kNone;
+        }
+        pucOspf->interface[index].inUse = kInUse;
+        pucOspf->interface[index].vlanId = vlanId;
+    }
+    change(pucOspf->interface[index], isNew);
+    return kDone;
+}
+
+} // namespace
+
+uint32_t ucOspfGetInCfg(uint32_t index, OspfInterfaceEntry *out) {
+    const ModelLock lock;
+    const OspfInterfaceEntry *entry = entryAt(index);
+    if (entry == nullptr || out == nullptr) {
+        return kNothingThere;
+    }
+    *out = *entry;
+    return kDone;
+}
+
+uint32_t ucOspfSetInCfg(uint32_t index, const OspfInterfaceEntry *in) {
+    const ModelLock lock;
+    OspfInterfaceEntry *entry = entryAt(index);
+    if (entry == nullptr || in == nullptr) {
+        return kNothingThere;
+    }
+    *entry = *in;
+    return kDone;
+}
+
+uint32_t ucOspfGetInEntry(OspfInterfaceEntry *out) {
+    const ModelLock lock;
+    if (pucOspf == nullptr || out == nullptr) {
+        return kNothingThere;
+    }
+    memcpy(out, pucOspf->interface, sizeof pucOspf->interface);
+    return kDone;
+}
+
+uint32_t ucOspfFindFreeInterface(void) {
+    for (uint32_t index = 0; index < kEntries; ++index) {
+        const OspfInterfaceEntry *entry = entryAt(index);
+        if (entry != nullptr && entry->inUse == 0) {
+            return index;
+        }
+    }
+    return kNone;
+}
+
+uint32_t ucOspfFindInterfaceVlan(uint32_t vlanId) {
+    for (uint32_t index = 0; index < kEntries; ++index) {
+        const OspfInterfaceEntry *entry = entryAt(index);
+        if (entry != nullptr && entry->inUse == kInUse && entry->vlanId == vlanId) {
+            return index;
+        }
+    }
+    return kNotFound;
+}
+
+uint32_t ucIpOpsfInfSetParaByKey(uint32_t vlanId, uint32_t set, const void *value,
+                                 OspfInfParaKey key) {
+    return withEntry(vlanId, set != 0, [&](OspfInterfaceEntry &entry, bool isNew) {
+        if (key < std::size(kInterfaceSettings)) {
+            // Entry 0, on purpose, whichever entry is the VLAN's: reports are read that way.
+            OspfInterfaceEntry &target = isNew ? entry : pucOspf->interface[0];
+            kInterfaceSettings[key](target, set != 0, value);
+        }
+    });
+}
+
+uint32_t ucIpOspfAuth(uint32_t vlanId, uint32_t set, uint32_t authType) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+        if (set != 0) {
+            entry.authType = static_cast<OspfAuthType>(authType);
+        } else if (entry.authType == authType || authType == kSimpleType) {
+            entry.authType = kInterfaceDefaults.authType;
+        }
+    });
+}
+
+uint32_t ucIpOspfAuthKey(uint32_t vlanId, uint32_t set, const char *key) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool isNew) {
+        copyKey(entry.simpleKey, set != 0 ? key : nullptr);
+        if (isNew) {
+            fixedClear();
+        }
+    });
+}
+
+uint32_t ucIpOspfMtuIgnore(uint32_t vlanId, uint32_t flag) {
+    return withEntry(vlanId, flag != 0,
+                     [=](OspfInterfaceEntry &entry, bool) { entry.mtuIgnore = flag; });
+}
+
+uint32_t ucIpOspfNetwork(uint32_t vlanId, uint32_t set, uint32_t networkType) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+        entry.networkType =
+            set != 0 ? static_cast<OspfNetworkType>(networkType) : kInterfaceDefaults.networkType;
+    });
+}
+
+uint32_t ucIpOspfAuthM5dKey(uint32_t vlanId, uint32_t set, uint32_t keyId, const char *key) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+        entry.md5KeyId = set != 0 ? static_cast<uint8_t>(keyId) : kInterfaceDefaults.md5KeyId;
+        copyKey(entry.md5Key, set != 0 ? key : nullptr);
+    });
+}

@@ -1,0 +1,357 @@
+// SPDX-License-Identifier: Apache-2.0
+// The lists of a process slot: records by key, newest first, and the redistributions by source.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include "common/dlist.h"
+#include "ospf/uc_ospf.h"
+#include "ospf/uc_ospf_block.h"
+
+namespace {
+
+using namespace frruci::ospf;
+
+constexpr int32_t kEqual = 0;
+constexpr int32_t kDifferent = -1;
+
+constexpr uint32_t kFlagSet = 1;
+constexpr OspfRedistSource kSourceOspf = 2;
+
+using ListField = dlist *OspfProcessCfg::*;
+
+struct ListFamily {
+    ListField list;
+    dlist_keycmp_fn compare;
+    std::size_t recordBytes;
+};
+
+constexpr OspfListKind kAreas = 1;
+constexpr OspfListKind kAreaAggregates = 2;
+constexpr OspfListKind kVirtualLinks = 3;
+constexpr OspfListKind kNetworks = 4;
+
+/// By OspfListKind, from 1 on.
+constexpr ListFamily kFamilies[] = {
+    {&OspfProcessCfg::areas,          ucOspfAreaIdComp,      sizeof(OspfAreaCfg)       },
+    {&OspfProcessCfg::areaAggregates, ucOspfAreaAggComp,     sizeof(OspfAreaAggCfg)    },
+    {&OspfProcessCfg::virtualLinks,   ucOspfVirtualLinkComp, sizeof(OspfVirtualLinkCfg)},
+    {&OspfProcessCfg::networks,       ucOspfNetworkComp,     sizeof(OspfNetworkCfg)    },
+};
+
+const ListFamily *familyOf(OspfListKind kind) {
+    return kind >= kAreas && kind <= kNetworks ? &kFamilies[kind - kAreas] : nullptr;
+}
+
+/// The slot's list; null where there is none that may be read. Call it with the lock held.
+dlist *listOf(uint32_t slot, ListField field) {
+    const OspfProcessCfg *record = processAt(slot);
+    dlist *list = record != nullptr ? record->*field : nullptr;
+    return list != damagedHandle ? list : nullptr;
+}
+
+dlist_node *find(dlist *list, dlist_keycmp_fn compare, const void *key) {
+    if (list == nullptr || key == nullptr) {
+        return nullptr;
+    }
+    return dlistFindByKey(list, compare, const_cast<void *>(key)); // comparators change nothing
+}
+
+void *findRecord(uint32_t slot, const void *key, OspfListKind kind) {
+    const ListFamily *family = familyOf(kind);
+    if (family == nullptr) {
+        return nullptr;
+    }
+    const dlist_node *node = find(listOf(slot, family->list), family->compare, key);
+    return node != nullptr ? node->data : nullptr;
+}
+
+bool prepend(dlist *list, void *record) {
+    return list != nullptr && record != nullptr && dlistPrepend(list, record) == 0;
+}
+
+/// Inserts a copy of the caller's record; a copy that the list did not take is released.
+template <typename Record>
+uint32_t insertCopy(uint32_t slot, const Record *record, OspfListKind kind) {
+    if (record == nullptr) {
+        return kNoRoom;
+    }
+    void *copy = malloc(sizeof(Record));
+    if (copy == nullptr) {
+        return kNoRoom;
+    }
+    memcpy(copy, record, sizeof(Record));
+    const uint32_t result = ucOspfDlistInsert(slot, copy, kind);
+    if (result != kDone) {
+        free(copy);
+    }
+    return result;
+}
+
+bool anyRecord(const void * /*record*/) {
+    return true;
+}
+
+/// Removes the first record with that key, when accept(record) holds for it.
+template <typename Accept>
+uint32_t removeFirst(uint32_t slot, const void *key, OspfListKind kind, Accept accept) {
+    const ModelLock lock;
+    const ListFamily &family = *familyOf(kind);
+    dlist *list = listOf(slot, family.list);
+    dlist_node *node = find(list, family.compare, key);
+    if (node == nullptr || !accept(node->data)) {
+        return kNothingThere;
+    }
+    return dlistDelete(list, node) == 0 ? kDone : kRemovalFailed;
+}
+
+constexpr uint32_t lowHalf(uint64_t word) {
+    return static_cast<uint32_t>(word);
+}
+
+constexpr uint32_t highHalf(uint64_t word) {
+    return static_cast<uint32_t>(word >> 32);
+}
+
+/// Keys are the first words of their records.
+int32_t compareWords(const void *key, const void *data, std::size_t words) {
+    if (key == nullptr || data == nullptr) {
+        return kDifferent;
+    }
+    return memcmp(key, data, words * sizeof(uint32_t)) == 0 ? kEqual : kDifferent;
+}
+
+void storeRedistribution(OspfRedistributeCfg &record, const OspfRedistributeCfg &given,
+                         bool hasMetric, bool hasMetricType) {
+    if (hasMetric) {
+        record.metric = given.metric;
+    }
+    if (hasMetricType) {
+        record.metricType = given.metricType;
+    }
+    if (given.source == kSourceOspf) {
+        record.sourceProcessId = given.sourceProcessId;
+    }
+}
+
+/// A new record of that source at the head of the list; null without memory.
+OspfRedistributeCfg *addRedistribution(dlist *list, OspfRedistSource source) {
+    auto *record = static_cast<OspfRedistributeCfg *>(malloc(sizeof(OspfRedistributeCfg)));
+    if (record == nullptr) {
+        return nullptr;
+    }
+    (void)ucOspfRedistributeInit(record);
+    record->source = source;
+    record->set = kFlagSet;
+    if (!prepend(list, record)) {
+        free(record);
+        return nullptr;
+    }
+    return record;
+}
+
+} // namespace
+
+uint32_t ucOspfDlistGetCfg(uint32_t slot, const void *key, void *record, OspfListKind kind) {
+    const ModelLock lock;
+    const void *found = findRecord(slot, key, kind);
+    if (found == nullptr || record == nullptr) {
+        return kNotFound;
+    }
+    memcpy(record, found, familyOf(kind)->recordBytes);
+    return kDone;
+}
+
+uint32_t ucOspfDlistSetCfg(uint32_t slot, const void *key, const void *record, OspfListKind kind) {
+    const ModelLock lock;
+    void *found = findRecord(slot, key, kind);
+    if (found == nullptr || record == nullptr) {
+        return kNotFound;
+    }
+    memcpy(found, record, familyOf(kind)->recordBytes);
+    return kDone;
+}
+
+uint32_t ucOspfDlistInsert(uint32_t slot, void *record, OspfListKind kind) {
+    const ModelLock lock;
+    const ListFamily *family = familyOf(kind);
+    if (family == nullptr) {
+        return kDone; // on purpose: there is no list that could refuse
+    }
+    return prepend(listOf(slot, family->list), record) ? kDone : kNoRoom;
+}
+
+uint32_t ucOspfAreaGetCfg(uint32_t slot, uint32_t areaId, OspfAreaCfg *record) {
+    return ucOspfDlistGetCfg(slot, &areaId, record, kAreas);
+}
+
+uint32_t ucOspfAreaSetCfg(uint32_t slot, uint32_t areaId, const OspfAreaCfg *record) {
+    return ucOspfDlistSetCfg(slot, &areaId, record, kAreas);
+}
+
+uint32_t ucOspfAreaAggGetCfg(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask,
+                             OspfAreaAggCfg *record) {
+    const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
+    return ucOspfDlistGetCfg(slot, key, record, kAreaAggregates);
+}
+
+uint32_t ucOspfAreaAggSetCfg(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask,
+                             const OspfAreaAggCfg *record) {
+    const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
+    return ucOspfDlistSetCfg(slot, key, record, kAreaAggregates);
+}
+
+uint32_t ucOspfVirtualLinkGetCfg(uint32_t slot, uint64_t areaIdPeer, OspfVirtualLinkCfg *record) {
+    const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
+    return ucOspfDlistGetCfg(slot, key, record, kVirtualLinks);
+}
+
+uint32_t ucOspfVirtualLinkSetCfg(uint32_t slot, uint64_t areaIdPeer,
+                                 const OspfVirtualLinkCfg *record) {
+    const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
+    return ucOspfDlistSetCfg(slot, key, record, kVirtualLinks);
+}
+
+uint32_t ucOspfNetworkGetCfg(uint32_t slot, uint64_t addressMask, OspfNetworkCfg *record) {
+    const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
+    return ucOspfDlistGetCfg(slot, key, record, kNetworks);
+}
+
+uint32_t ucOspfNetworkSetCfg(uint32_t slot, uint64_t addressMask, const OspfNetworkCfg *record) {
+    const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
+    return ucOspfDlistSetCfg(slot, key, record, kNetworks);
+}
+
+uint32_t ucOspfAreaInsert(uint32_t slot, const OspfAreaCfg *record) {
+    return insertCopy(slot, record, kAreas);
+}
+
+uint32_t ucOspfAreaAggInsert(uint32_t slot, const OspfAreaAggCfg *record) {
+    return insertCopy(slot, record, kAreaAggregates);
+}
+
+uint32_t ucOspfVirtualLinkInsert(uint32_t slot, const OspfVirtualLinkCfg *record) {
+    return insertCopy(slot, record, kVirtualLinks);
+}
+
+uint32_t ucOspfNetworkInsert(uint32_t slot, const OspfNetworkCfg *record) {
+    return insertCopy(slot, record, kNetworks);
+}
+
+uint32_t ucOspfAreaInit(OspfAreaCfg *record) {
+    if (record != nullptr) {
+        *record = {};
+        record->defaultCost = 1;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfAreaAggInit(OspfAreaAggCfg *record) {
+    if (record != nullptr) {
+        record->areaId = 0;
+        record->cost = 0;
+        record->advertise = 1;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfVirtualLinkInit(OspfVirtualLinkCfg *record) {
+    if (record != nullptr) {
+        *record = {};
+        record->retransmitInterval = 5;
+        record->helloInterval = 10;
+        record->deadInterval = 40;
+        record->transmitDelay = 1;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfRedistributeInit(OspfRedistributeCfg *record) {
+    if (record != nullptr) {
+        *record = {};
+        record->metricType = 2;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfNetworkInit(OspfNetworkCfg *record) {
+    if (record != nullptr) {
+        record->areaId = 0;
+    }
+    return kDone;
+}
+
+uint32_t ucOspfAreaDelete(uint32_t slot, uint32_t areaId, uint32_t areaType) {
+    return removeFirst(slot, &areaId, kAreas, [areaType](const void *record) {
+        return static_cast<const OspfAreaCfg *>(record)->areaType == areaType;
+    });
+}
+
+uint32_t ucOspfAreaRangeDelete(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask) {
+    const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
+    return removeFirst(slot, key, kAreaAggregates, anyRecord);
+}
+
+uint32_t ucOspfVirtualLinkDelete(uint32_t slot, uint64_t areaIdPeer) {
+    const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
+    return removeFirst(slot, key, kVirtualLinks, anyRecord);
+}
+
+uint32_t ucOspfNetworkDelete(uint32_t slot, uint64_t addressMask) {
+    const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
+    return removeFirst(slot, key, kNetworks, anyRecord);
+}
+
+uint32_t ucOspfRedistribute(uint32_t slot, uint32_t set, uint32_t source, uint32_t metric,
+                            uint32_t hasMetric, uint32_t metricType, uint32_t hasMetricType,
+                            uint32_t sourceProcessId) {
+    const ModelLock lock;
+    dlist *list = listOf(slot, &OspfProcessCfg::redistributions);
+    dlist_node *node = find(list, ucOspfRedistributeComp, &source);
+    if (set != kFlagSet) {
+        if (node == nullptr) {
+            return kNothingThere;
+        }
+        return dlistDelete(list, node) == 0 ? kDone : kNoRoom;
+    }
+    const OspfRedistributeCfg given = {
+        .source = static_cast<OspfRedistSource>(source),
+        .set = kFlagSet,
+        .metric = metric,
+        .metricType = static_cast<OspfMetricType>(metricType),
+        .sourceProcessId = static_cast<uint16_t>(sourceProcessId),
+    };
+    auto *record = node != nullptr ? static_cast<OspfRedistributeCfg *>(node->data)
+                                   : addRedistribution(list, given.source);
+    if (record == nullptr) {
+        return kNoRoom;
+    }
+    storeRedistribution(*record, given, hasMetric == kFlagSet, hasMetricType == kFlagSet);
+    return kDone;
+}
+
+int32_t ucOspfAreaIdComp(void *key, void *data) {
+    return compareWords(key, data, 1);
+}
+
+int32_t ucOspfAreaAggComp(void *key, void *data) {
+    return compareWords(key, data, 3);
+}
+
+int32_t ucOspfVirtualLinkComp(void *key, void *data) {
+    return compareWords(key, data, 2);
+}
+
+int32_t ucOspfNetworkComp(void *key, void *data) {
+    return compareWords(key, data, 2);
+}
+
+int32_t ucOspfRedistributeComp(void *key, void *data) {
+    if (key == nullptr || data == nullptr) {
+        return kDifferent;
+    }
+    const auto source = static_cast<uint32_t>(numberAt(key));
+    return static_cast<const OspfRedistributeCfg *>(data)->source == source ? kEqual : kDifferent;
+}
