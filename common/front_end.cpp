@@ -5,16 +5,17 @@
 
 #include <cerrno>
 #include <csignal>
-#include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "common/shell.h"
 #include "common/text.h"
 
 namespace {
 
 using frruci::common::format;
+using frruci::common::runShell;
 
 constexpr const char *kLogPath = "/tmp/tmp/data";
 constexpr const char *kVidAnswer = "/tmp/cli_vid";
@@ -73,12 +74,6 @@ template <std::size_t N> bool readAnswer(const char *path, char (&line)[N]) {
     (void)fclose(file); // only read from
     dropNewline(line);
     return true;
-}
-
-void runShell(const char *command) {
-    if (system(command) != 0) {
-        // A question that fails shows in its answer file.
-    }
 }
 
 /// Asks a VLAN question; ifUnanswered is the result without an answer file.

@@ -1,0 +1,20 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Shell commands whose outcome shows elsewhere. */
+#ifndef FRRUCI_COMMON_SHELL_H
+#define FRRUCI_COMMON_SHELL_H
+
+#include <cstdlib>
+
+namespace frruci::common {
+
+/// Runs a command through the shell. Its status is not looked at: what went wrong shows in the
+/// answer file or in the next exchange with the daemon.
+inline void runShell(const char *command) {
+    if (system(command) != 0) {
+        return;
+    }
+}
+
+} // namespace frruci::common
+
+#endif
