@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the host runs once before any handler: run-time folders and the standard views.
+
+#include <cstdio>
+#include <unistd.h>
+
+#include "common/shell.h"
+#include "vty/views.h"
+
+namespace {
+
+constexpr unsigned kFolderPauseSeconds = 1;
+
+constexpr const char *kMakeFolder = "[ ! -d /var/tmp/frr ] && mkdir -p /var/tmp/frr ";
+constexpr const char *kOpenPermissions[] = {
+    "chmod -R 755 /tmp/vtyv", "chmod 755 /tmp/zebra*", "chmod 755 /tmp/zserv*",
+    "chmod 755 /tmp/ospfd*",  "chmod 755 /tmp/ripd*",
+};
+
+struct StandardView {
+    const char *name;
+    const char *entryText;
+    const char *inFailureMessage;
+};
+
+constexpr const char *kInterfaceOfLan = "enable\nconfigure\ninterface eth0.<vid>";
+
+constexpr StandardView kStandardViews[] = {
+    {"enable_view",                "enable",                                               "enable_view"   },
+    {"configure_view",             "enable\nconfigure",                                    "configure_view"},
+    {"interface_view",             "enable\nconfigure\ninterface eth1.<vid>",              "interface_view"},
+ // The entry text stands in the message, on purpose: it tells the two interface views apart.
+    {"interface_v_view",           kInterfaceOfLan,                                        kInterfaceOfLan },
+    {"keychain_keyid_keystr_view", "enable\nconfigure\nkey chain <keychain>\nkey <keyid>",
+     "keychain_keyid_keystr_view"                                                                          },
+};
+
+} // namespace
+
+int32_t frr_process_init(void) {
+    frruci::common::runShell(kMakeFolder);
+    (void)sleep(kFolderPauseSeconds);
+    for (const char *command : kOpenPermissions) {
+        frruci::common::runShell(command);
+    }
+    return 0;
+}
+
+int32_t frrVtyInit(void) {
+    // An older registry is dropped as it is: records of it may still be in use.
+    gPreCmdEntryList = dlistCreate(free, nullptr);
+    for (const StandardView &view : kStandardViews) {
+        const int32_t result = frrVtyViewReg(view.name, view.entryText);
+        if (result != 0) {
+            (void)printf("view register fail : %s", view.inFailureMessage);
+            return result;
+        }
+    }
+    return 0;
+}
