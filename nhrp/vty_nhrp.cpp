@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: Apache-2.0
+// Delivers one command to nhrpd or zebra in its context, and streams the NHRP cache to the
+// front-end.
+
+#include "nhrp/vty_nhrp.h"
+
+#include <cstddef>
+#include <cstring>
+#include <sys/socket.h>
+
+#include "common/front_end.h"
+#include "common/text.h"
+#include "nhrp/sockets.h"
+#include "vty/session.h"
+
+namespace {
+
+using frruci::common::format;
+using frruci::nhrp::kNhrpdSocket;
+using frruci::nhrp::kZebraSocket;
+using frruci::vty::deliver;
+
+constexpr uint32_t kDelivered = 0;
+constexpr uint32_t kFailed = 1;
+constexpr uint32_t kNotConnected = 0xFFFFFFFF;
+
+constexpr const char *kEnable = "enable"; // in full on the NHRP side
+constexpr const char *kConfigure = "configure";
+constexpr const char *kCachePipe = "/tmp/tmp/nhrp_pipe_c2lua_cache";
+constexpr std::size_t kChunkBytes = 256;
+
+uint32_t deliverToInterface(const char *path, const char *ifname, const char *command) {
+    if (ifname == nullptr || command == nullptr) {
+        return kFailed;
+    }
+    char context[frruci::vty::kCommandBytes];
+    format(context, "interface %s", ifname);
+    return deliver(path, {kEnable, kConfigure, context, command});
+}
+
+bool isBlank(char byte) {
+    return byte == ' ' || byte == '\b' || byte == '\t' || byte == '\n';
+}
+
+/// Copies the bytes that are not blanks; kept has room for a whole chunk and its terminating zero.
+void keepNonBlanks(const char *chunk, std::size_t count, char (&kept)[kChunkBytes + 1]) {
+    std::size_t length = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        if (isBlank(chunk[i])) {
+            continue;
+        }
+        if (length >= kChunkBytes) {
+            (void)record_log_act("vty_nhrp:%d: got something wrong!!!!!!!!!!!!!!!!!!!!!!!!\n",
+                                 __LINE__);
+            return;
+        }
+        kept[length++] = chunk[i];
+    }
+}
+
+/// Hands one read's worth of the answer to the front-end; the count that the read returned.
+ssize_t passChunk(int32_t fd) {
+    char chunk[kChunkBytes] = {};
+    char kept[kChunkBytes + 1] = {};
+    const ssize_t received = recv(fd, chunk, sizeof chunk, 0);
+    keepNonBlanks(chunk, received > 0 ? static_cast<std::size_t>(received) : 0, kept);
+    // As a text, so the end marker and the completion code stay out of the pipe. Empty chunks are
+    // written too: the front-end sees at least one writer come and go.
+    (void)write_pipe_to_lua(kept, kCachePipe); // without a reader there is nobody to tell
+    return received;
+}
+
+void streamAnswer(int32_t fd) {
+    // A full chunk always asks for another read, on purpose, even when it ended the answer: the
+    // front-end takes the writer's end as the end of the cache.
+    while (passChunk(fd) == static_cast<ssize_t>(kChunkBytes)) {
+    }
+}
+
+} // namespace
+
+uint32_t doVtyNhrpEnable(uint16_t, const char *command) {
+    return deliver(kNhrpdSocket, {kEnable, command});
+}
+
+uint32_t doVtyNhrpConfig(uint16_t, const char *command) {
+    return command == nullptr ? kFailed : deliver(kNhrpdSocket, {kEnable, kConfigure, command});
+}
+
+uint32_t doVtyNhrpConfigInterface(uint16_t, const char *ifname, const char *command) {
+    return deliverToInterface(kNhrpdSocket, ifname, command);
+}
+
+uint32_t doVtyZebraConfigInterface(uint16_t, const char *ifname, const char *command) {
+    return deliverToInterface(kZebraSocket, ifname, command);
+}
+
+uint32_t frrVtyNhrpPrint(int32_t fd, const char *command) {
+    // A daemon that went away must not end the host by SIGPIPE.
+    if (fd < 1 || command == nullptr || send(fd, command, strlen(command) + 1, MSG_NOSIGNAL) < 0) {
+        return kFailed;
+    }
+    streamAnswer(fd);
+    return kDelivered;
+}
+
+uint32_t vtyNhrpPrint(const char *command, const char *socket_path) {
+    frruci::vty::Session session(socket_path);
+    if (!session.isOpen()) {
+        return kNotConnected;
+    }
+    const bool printed =
+        session.run(kEnable) && frrVtyNhrpPrint(session.fd(), command) == kDelivered;
+    return printed ? kDelivered : kFailed;
+}
