@@ -85,7 +85,7 @@ void setByKeyword(const Interface &interface, const Words &words) {
 
 void process_ospf_interface(int32_t argc, char **argv) {
     const Words words(argc, argv);
-    if (words.count() == kInterfaceShowWords) {
+    if (argc == kInterfaceShowWords) {
         return;
     }
     (void)record_log_act("frr_ospf:%d: process_ospf_interface %d\n", __LINE__, argc);
