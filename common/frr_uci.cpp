@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: Apache-2.0
+// The UCI store: one option set or read, a section added, the sections of a type walked.
+
+#include "common/frr_uci.h"
+
+#include <algorithm>
+
+#include <uci.h>
+
+#include "common/front_end.h"
+#include "common/text.h"
+
+namespace {
+
+using frruci::common::equals;
+
+constexpr int32_t kOutOfMemory = 1;
+constexpr int32_t kInvalid = 2;
+constexpr int32_t kNotFound = 3;
+
+// Line numbers printed in messages; fixed, as support tools match on them.
+constexpr int kLoadFailedLine = 102;
+constexpr int kAddFailedLine = 108;
+
+/// One store operation of frr_uci_init.
+struct InitStep {
+    int line;
+    const char *operation;
+    const char *package;
+    const char *name;   ///< section to set, or name of the section to add
+    const char *option; ///< null: add a section
+    const char *value;  ///< value of the option, or type of the section
+};
+
+constexpr InitStep kInitSteps[] = {
+    {12, "frr_uci_set",         "iptv", "iptv",    "handle_time", "20"  },
+    {14, "frr_uci_set",         "ospf", "global",  "enable",      "en"  },
+    {16, "frr_uci_set",         "ospf", "global2", "enable",      "en"  },
+    {19, "frr_uci_add_section", "ospf", "cfg",     nullptr,       "abc" },
+    {22, "frr_uci_add_section", "iptv", "cfg",     nullptr,       "abc" },
+    {25, "frr_uci_add_section", "ospf", "cfg1",    nullptr,       "abc" },
+    {28, "frr_uci_add_section", "ospf", "cfg",     nullptr,       "abc2"},
+};
+
+/// A text that libuci can compare with; libuci does not expect null names.
+const char *named(const char *text) {
+    return text == nullptr ? "" : text;
+}
+
+uci_element *lookUp(uci_context *context, uci_list *list, const char *name) {
+    uci_element *element = nullptr;
+    return uci_lookup_next(context, &element, list, named(name)) == UCI_OK ? element : nullptr;
+}
+
+/// The option's text; null when it or its section is missing or it is a list.
+const char *optionText(uci_context *context, uci_package *package, const char *sectionName,
+                       const char *optionName) {
+    uci_element *element = lookUp(context, &package->sections, sectionName);
+    if (element == nullptr) {
+        return nullptr;
+    }
+    // An element is the first member of its section or option.
+    element = lookUp(context, &reinterpret_cast<uci_section *>(element)->options, optionName);
+    if (element == nullptr) {
+        return nullptr;
+    }
+    const auto *option = reinterpret_cast<uci_option *>(element);
+    return option->type == UCI_TYPE_STRING ? option->v.string : nullptr;
+}
+
+int32_t setAndCommit(uci_context *context, uci_ptr &target) {
+    int32_t result = uci_set(context, &target);
+    if (result == UCI_OK) {
+        result = uci_save(context, target.p);
+    }
+    if (result == UCI_OK) {
+        result = uci_commit(context, &target.p, false);
+    }
+    return result;
+}
+
+int32_t runStep(const InitStep &step) {
+    return step.option != nullptr ? frr_uci_set(step.package, step.name, step.option, step.value)
+                                  : frr_uci_add_section(step.package, step.name, step.value);
+}
+
+} // namespace
+
+int32_t frr_uci_set(const char *package, const char *section, const char *option,
+                    const char *value) {
+    uci_context *context = uci_alloc_context();
+    if (context == nullptr) {
+        return kOutOfMemory;
+    }
+    uci_ptr target = {};
+    target.package = named(package);
+    target.section = section;
+    target.option = option;
+    target.value = value;
+    const int32_t result = setAndCommit(context, target);
+    uci_free_context(context);
+    return result;
+}
+
+int32_t frr_uci_get(const char *package, const char *section, const char *option, char *out,
+                    uint16_t out_size) {
+    if (out != nullptr) {
+        std::fill_n(out, out_size, '\0');
+    }
+    uci_context *context = uci_alloc_context();
+    if (context == nullptr) {
+        return kOutOfMemory;
+    }
+    uci_package *loaded = nullptr;
+    int32_t result = uci_load(context, named(package), &loaded);
+    if (result == UCI_OK) {
+        const char *text = optionText(context, loaded, section, option);
+        if (text == nullptr) {
+            result = kNotFound;
+        } else if (out != nullptr && out_size > 0) {
+            std::copy_n(text, strnlen(text, out_size - 1U), out);
+        }
+        (void)uci_unload(context, loaded); // fails for a null package only
+    }
+    uci_free_context(context);
+    return result;
+}
+
+int32_t frr_uci_add_section(const char *package, const char *name, const char *type) {
+    if (type == nullptr) {
+        return kInvalid;
+    }
+    uci_context *context = uci_alloc_context();
+    if (context == nullptr) {
+        return kOutOfMemory;
+    }
+    uci_package *loaded = nullptr;
+    (void)uci_load(context, named(package), &loaded); // every reason counts as not found below
+    if (loaded == nullptr) {
+        record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", kLoadFailedLine, 1, named(package));
+        uci_free_context(context);
+        return kNotFound;
+    }
+    uci_section *section = nullptr;
+    const int32_t result = uci_add_section(context, loaded, type, &section);
+    if (result != UCI_OK) {
+        record_log_act("frr_uci:%d:  ret=%d, uci_add_section %d\n", kAddFailedLine, result, result);
+    } else {
+        // Intended: the section stays anonymous, so the name shows in memory only. Callers count
+        // on sections without a name in the file.
+        std::copy_n(named(name), std::min(strlen(named(name)), strlen(section->e.name)),
+                    section->e.name);
+    }
+    // Intended: failures to store are not reported; the result tells whether a section was made.
+    (void)uci_save(context, loaded);
+    (void)uci_commit(context, &loaded, false);
+    (void)uci_unload(context, loaded);
+    uci_free_context(context);
+    return result;
+}
+
+void frr_uci_foreach_section(const char *package, const char *type,
+                             frr_uci_section_visitor visitor) {
+    uci_context *context = uci_alloc_context();
+    uci_package *loaded = nullptr;
+    (void)uci_load(context, named(package), &loaded); // without a package nothing is visited
+    if (loaded != nullptr) {
+        const uci_list *const end = &loaded->sections;
+        for (uci_list *node = loaded->sections.next; node != end; node = node->next) {
+            auto *section = reinterpret_cast<uci_section *>(node);
+            if (visitor != nullptr && equals(section->type, named(type))) {
+                (void)visitor(context, section); // no meaning here
+            }
+        }
+        (void)uci_unload(context, loaded);
+    }
+    if (context != nullptr) {
+        uci_free_context(context);
+    }
+}
+
+int32_t frr_uci_init(void) {
+    int32_t result = 0;
+    for (const InitStep &step : kInitSteps) {
+        result = runStep(step);
+        if (result != 0) {
+            record_log_act("frr_uci:%d:  ret=%d, %s %d\n", step.line, result, step.operation,
+                           result);
+        }
+    }
+    return result;
+}

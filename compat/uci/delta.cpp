@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: Apache-2.0
+// Deltas recorded in a package and saved in the package's delta file.
+
+#include "delta.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+#include "delta_line.h"
+#include "records.h"
+
+namespace frruci::uci {
+
+namespace {
+
+constexpr mode_t kFolderMode = 0700; ///< without a configuration folder to copy it from
+constexpr mode_t kFileMode = 0600;   ///< without a configuration file to copy it from
+
+/// A recorded change; the element's name is the section's.
+struct Delta {
+    uci_element e;
+    Change change;
+    char *option; ///< may be null
+    char *value;  ///< may be null
+};
+
+/// True when text was null or its copy was made.
+bool copyText(const char *text, char *&copy) {
+    copy = text == nullptr ? nullptr : strdup(text);
+    return text == nullptr || copy != nullptr;
+}
+
+void freeDelta(Delta *delta) {
+    free(delta->e.name);
+    free(delta->option);
+    free(delta->value);
+    free(delta);
+}
+
+mode_t modeOf(const char *path, mode_t otherwise) {
+    struct stat status;
+    return stat(path, &status) == 0 ? status.st_mode & 07777 : otherwise;
+}
+
+/// Makes the folder of the delta files where it is missing.
+int makeFolder(const uci_context *context) {
+    struct stat status;
+    const mode_t mode = modeOf(context->confdir, kFolderMode);
+    if (mkdir(context->savedir, mode) != 0 && errno != EEXIST) {
+        return UCI_ERR_IO;
+    }
+    return stat(context->savedir, &status) == 0 && S_ISDIR(status.st_mode) ? UCI_OK : UCI_ERR_IO;
+}
+
+void makePath(Text &path, const uci_package *package) {
+    path.append(package->ctx->savedir);
+    path.append('/');
+    path.append(package->e.name);
+}
+
+void makeLines(Text &lines, uci_package *package) {
+    const uci_list *const deltas = &package->delta;
+    for (uci_list *entry = deltas->next; entry != deltas; entry = entry->next) {
+        const auto *delta = reinterpret_cast<Delta *>(entry);
+        appendDeltaLine(
+            lines, {delta->change, package->e.name, delta->e.name, delta->option, delta->value});
+    }
+}
+
+int appendToFile(const uci_package *package, const Text &lines) {
+    Text path;
+    makePath(path, package);
+    if (path.failed() || lines.failed()) {
+        return UCI_ERR_MEM;
+    }
+    LockedFile file;
+    const mode_t mode = modeOf(package->path, kFileMode);
+    const int code = file.open(path.data(), O_RDWR | O_APPEND | O_CREAT, mode, LOCK_EX);
+    if (code != UCI_OK) {
+        return UCI_ERR_IO;
+    }
+    return file.append(lines);
+}
+
+} // namespace
+
+int recordDelta(uci_package *package, Change change, const char *section, const char *option,
+                const char *value) {
+    auto *delta = static_cast<Delta *>(calloc(1, sizeof(Delta)));
+    if (delta == nullptr) {
+        return UCI_ERR_MEM;
+    }
+    delta->e.type = UCI_TYPE_DELTA;
+    delta->change = change;
+    if (!copyText(section, delta->e.name) || !copyText(option, delta->option) ||
+        !copyText(value, delta->value)) {
+        freeDelta(delta);
+        return UCI_ERR_MEM;
+    }
+    insertBefore(package->delta, delta->e.list);
+    return UCI_OK;
+}
+
+void forgetDeltas(uci_package *package) {
+    while (!isEmpty(package->delta)) {
+        auto *delta = reinterpret_cast<Delta *>(package->delta.next);
+        unlinkEntry(delta->e.list);
+        freeDelta(delta);
+    }
+}
+
+int saveDeltas(uci_package *package) {
+    if (isEmpty(package->delta)) {
+        return UCI_OK;
+    }
+    Text lines;
+    makeLines(lines, package);
+    int code = makeFolder(package->ctx);
+    if (code == UCI_OK) {
+        code = appendToFile(package, lines);
+    }
+    if (code == UCI_OK) {
+        forgetDeltas(package);
+    }
+    return code;
+}
+
+int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock, int &applied) {
+    applied = 0;
+    Text path;
+    makePath(path, package);
+    if (path.failed()) {
+        return UCI_ERR_MEM;
+    }
+    int code = file.open(path.data(), flags, kFileMode, lock);
+    if (code != UCI_OK) {
+        return code == UCI_ERR_NOTFOUND ? UCI_OK : code;
+    }
+    Text lines;
+    code = file.read(lines);
+    if (code == UCI_OK) {
+        applied = applyDeltas(package, lines.data(), lines.size());
+    }
+    return code;
+}
+
+} // namespace frruci::uci

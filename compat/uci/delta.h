@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: Apache-2.0
+// Deltas: single changes of a package, recorded in memory, saved in /tmp/.uci, applied on reading.
+#ifndef FRRUCI_COMPAT_UCI_DELTA_H
+#define FRRUCI_COMPAT_UCI_DELTA_H
+
+#include "store_file.h"
+#include "uci.h"
+
+namespace frruci::uci {
+
+enum class Change { Add, Remove, Set, Rename, Reorder, ListAdd, ListRemove };
+
+/// Records a change in the package; option and value may be null.
+int recordDelta(uci_package *package, Change change, const char *section, const char *option,
+                const char *value);
+void forgetDeltas(uci_package *package);
+
+/// Appends the recorded deltas to the package's delta file and forgets them.
+int saveDeltas(uci_package *package);
+
+/// Opens the package's delta file into file (flags and lock as LockedFile::open) and applies its
+/// lines; applied tells how many could be. A missing file counts as empty.
+int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock, int &applied);
+
+/// Applies the lines of a delta file's text, skipping bad ones; returns how many were applied.
+int applyDeltas(uci_package *package, const char *text, std::size_t length);
+
+} // namespace frruci::uci
+
+#endif

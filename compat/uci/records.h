@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: Apache-2.0
+// The records of a package in memory: making, changing and freeing them.
+#ifndef FRRUCI_COMPAT_UCI_RECORDS_H
+#define FRRUCI_COMPAT_UCI_RECORDS_H
+
+#include "uci.h"
+
+namespace frruci::uci {
+
+void initList(uci_list &head);
+void insertBefore(uci_list &place, uci_list &entry);
+void unlinkEntry(uci_list &entry);
+inline bool isEmpty(const uci_list &head) {
+    return head.next == &head;
+}
+
+/// An element is the first member of what it belongs to.
+inline uci_element *elementOf(uci_list *entry) {
+    return reinterpret_cast<uci_element *>(entry);
+}
+inline uci_section *sectionOf(uci_element *element) {
+    return reinterpret_cast<uci_section *>(element);
+}
+inline uci_option *optionOf(uci_element *element) {
+    return reinterpret_cast<uci_option *>(element);
+}
+inline uci_package *packageOf(uci_element *element) {
+    return reinterpret_cast<uci_package *>(element);
+}
+
+/// The first element of that name, or null.
+uci_element *findFirst(uci_list &head, const char *name);
+/// The last element of that name, or null.
+uci_element *findLast(uci_list &head, const char *name);
+
+/// Letters, digits and underscore, at least one.
+bool isName(const char *text);
+/// Printable characters without blanks, at least one: section types and package names.
+bool isWord(const char *text);
+
+// Functions that return a record give null without memory; those that return int a UCI_ERR code.
+
+/// A package that is not yet in its context's list.
+uci_package *newPackage(uci_context *context, const char *name, const char *path);
+void freePackage(uci_package *package);
+
+/// Appends a section; anonymous with a made-up name when name is null.
+uci_section *appendSection(uci_package *package, const char *type, const char *name);
+void freeSection(uci_section *section);
+int setType(uci_section *section, const char *type);
+
+uci_option *appendOption(uci_section *section, const char *name, const char *value);
+void freeOption(uci_option *option);
+/// Makes the option that one text; a list loses its items.
+int setString(uci_option *option, const char *value);
+/// Appends to the option of that name; a single text becomes the list's first item.
+int appendItem(uci_section *section, const char *name, const char *value);
+/// Removes every item of that text.
+void removeItems(uci_option *option, const char *value);
+int renameElement(uci_element &element, const char *name);
+
+} // namespace frruci::uci
+
+#endif
