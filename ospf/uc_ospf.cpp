@@ -10,6 +10,7 @@
 
 #include "common/dlist.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_defaults.h"
 
 OspfModelBlock *pucOspf = nullptr;
 pthread_mutex_t uc_ospf_mutex = PTHREAD_MUTEX_INITIALIZER;
@@ -19,33 +20,6 @@ namespace {
 using namespace frruci::ospf;
 
 constexpr uint8_t kEnabled = 1;
-
-constexpr OspfProcessCfg kProcessDefaults = {
-    .enabled = 0,
-    .processId = 0,
-    .reservedAddress = 0,
-    .routerId = 0,
-    .routerIdSet = 0,
-    .gracefulRestart = 0,
-    .defaultRouteAdvertise = 0,
-    .always = 0,
-    .originateMetric = 1,
-    .metricType = 2,
-    .adminDistance = 110,
-    .rfc1583Compatibility = 0,
-    .defaultMetric = -1,
-    .maximumPaths = 16,
-    .passiveDefault = 0,
-    .referenceBandwidth = 100000,
-    .spfDelay = 0,
-    .spfInitialHold = 50,
-    .spfMaximumHold = 5000,
-    .networks = nullptr,
-    .areas = nullptr,
-    .areaAggregates = nullptr,
-    .virtualLinks = nullptr,
-    .redistributions = nullptr,
-};
 
 /// In the order in which a reset renews them. The virtual links come twice, on purpose: the second
 /// renewal belongs to the reset as much as the first.

@@ -23,26 +23,6 @@ inline constexpr uint32_t kNone = static_cast<uint32_t>(-1);
 inline constexpr uint32_t kSlots = 16;
 inline constexpr uint32_t kEntries = 64;
 
-inline constexpr OspfInterfaceEntry kInterfaceDefaults = {
-    .inUse = 0,
-    .vlanId = 0,
-    .processId = 0,
-    .areaId = 0,
-    .priority = 1,
-    .retransmitInterval = 5,
-    .helloInterval = 10,
-    .deadInterval = 40,
-    .transmitDelay = 1,
-    .cost = 1,
-    .networkType = 0,
-    .spare = 1,
-    .mtuIgnore = 0,
-    .authType = 0,
-    .simpleKey = {},
-    .md5KeyId = 0,
-    .md5Key = {},
-};
-
 /// Holds the model's mutex for a scope. Not recursive: a holder calls no routine that takes it.
 class ModelLock {
 public:

@@ -9,6 +9,7 @@
 #include "common/dlist.h"
 #include "ospf/uc_ospf.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_defaults.h"
 
 namespace frruci::ospf {
 

@@ -9,6 +9,7 @@
 #include "common/dlist.h"
 #include "ospf/uc_ospf.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_defaults.h"
 
 namespace {
 
@@ -242,36 +243,30 @@ uint32_t ucOspfNetworkInsert(uint32_t slot, const OspfNetworkCfg *record) {
 
 uint32_t ucOspfAreaInit(OspfAreaCfg *record) {
     if (record != nullptr) {
-        *record = {};
-        record->defaultCost = 1;
+        *record = kAreaDefaults;
     }
     return kDone;
 }
 
 uint32_t ucOspfAreaAggInit(OspfAreaAggCfg *record) {
     if (record != nullptr) {
-        record->areaId = 0;
-        record->cost = 0;
-        record->advertise = 1;
+        record->areaId = kAreaAggDefaults.areaId;
+        record->cost = kAreaAggDefaults.cost;
+        record->advertise = kAreaAggDefaults.advertise;
     }
     return kDone;
 }
 
 uint32_t ucOspfVirtualLinkInit(OspfVirtualLinkCfg *record) {
     if (record != nullptr) {
-        *record = {};
-        record->retransmitInterval = 5;
-        record->helloInterval = 10;
-        record->deadInterval = 40;
-        record->transmitDelay = 1;
+        *record = kVirtualLinkDefaults;
     }
     return kDone;
 }
 
 uint32_t ucOspfRedistributeInit(OspfRedistributeCfg *record) {
     if (record != nullptr) {
-        *record = {};
-        record->metricType = 2;
+        *record = kRedistributeDefaults;
     }
     return kDone;
 }

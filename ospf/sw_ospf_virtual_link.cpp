@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: Apache-2.0
+// Virtual-link commands: timers, authentication and keys.
+
+#include <cstring>
+
+#include "common/address.h"
+#include "common/text.h"
+#include "ospf/command.h"
+#include "ospf/sw_ospf.h"
+#include "ospf/uc_ospf_defaults.h"
+
+namespace {
+
+using frruci::common::format;
+using namespace frruci::ospf;
+
+constexpr uint32_t kDone = 0;
+constexpr uint32_t kSet = 1;
+constexpr uint32_t kUnset = 0;
+constexpr uint32_t kNewLink = 1;
+constexpr uint32_t kNothingToUnset = 2;
+
+/// Which link of which process.
+struct Link {
+    uint16_t processId;
+    const char *area;
+    const char *peer;
+};
+
+struct TimerSetting {
+    const char *text;
+    uint16_t OspfVirtualLinkCfg::*field;
+};
+
+/// In the order in which they stand in the command. Nothing separates them, on purpose: callers who
+/// want the daemon to understand more than one send them one by one.
+constexpr TimerSetting kTimers[] = {
+    {"hello-interval %d",      &OspfVirtualLinkCfg::helloInterval     },
+    {"dead-interval %d",       &OspfVirtualLinkCfg::deadInterval      },
+    {"transmit-delay %d",      &OspfVirtualLinkCfg::transmitDelay     },
+    {"retransmit-interval %d", &OspfVirtualLinkCfg::retransmitInterval},
+};
+constexpr std::size_t kTimerCount = sizeof kTimers / sizeof *kTimers;
+
+struct GivenTimer {
+    int32_t value;
+    bool given;
+};
+using GivenTimers = GivenTimer[kTimerCount]; // by the rows of kTimers
+
+/// By authentication type of a virtual link, whose numbers differ from an interface's on purpose.
+constexpr const char *kAuthWords[] = {"", " null", " message-digest"};
+constexpr uint32_t kAuthTypes = sizeof kAuthWords / sizeof *kAuthWords;
+
+/// What an operation does to a link that is not set.
+enum class OnUnset {
+    Remove,            ///< removes it for any set value but 1
+    RemoveWhenZero,    ///< removes it for 0, and does nothing for other values
+    StoreLikeASetting, ///< stores what change gives
+};
+
+/// "area A virtual-link P" with a suffix, "no " in front when no is true.
+void compose(CommandText &command, const Link &link, bool no, const char *suffix) {
+    format(command, "%sarea %s virtual-link %s%s", no ? "no " : "", orEmpty(link.area),
+           orEmpty(link.peer), suffix);
+}
+
+/// A new record for a link; set 0 has nothing to unset.
+template <typename Change>
+uint32_t addLink(uint32_t slot, OspfVirtualLinkCfg record, uint32_t set, Change change) {
+    if (set == kUnset) {
+        return kNothingToUnset;
+    }
+    change(record);
+    return ucOspfVirtualLinkInsert(slot, &record);
+}
+
+/// Brings an accepted command into the slot of the link's process; change(record) stores the
+/// operation's own fields.
+template <typename Change>
+uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change change) {
+    const uint32_t slot = ucOspfHasProcessId(link.processId);
+    if (slot == kNoSlot) {
+        return kDone;
+    }
+    OspfVirtualLinkCfg record = kVirtualLinkDefaults;
+    record.areaId = sw_ospf_inet_aton(link.area);
+    record.peerRouterId = sw_ospf_inet_aton(link.peer);
+    const uint64_t key = wordPair(record.areaId, record.peerRouterId);
+    // A look-up never answers 1, so the model never gains a link here. On purpose: only links that
+    // a host inserted itself are kept up to date.
+    if (ucOspfVirtualLinkGetCfg(slot, key, &record) == kNewLink) {
+        return addLink(slot, record, set, change);
+    }
+    if (set != kSet && onUnset != OnUnset::StoreLikeASetting) {
+        const bool remove = onUnset == OnUnset::Remove || set == kUnset;
+        return remove ? ucOspfVirtualLinkDelete(slot, key) : kDone;
+    }
+    change(record);
+    return ucOspfVirtualLinkSetCfg(slot, key, &record);
+}
+
+/// The key's bytes, whatever its text's length, or zeroes.
+template <std::size_t N> void storeKey(uint8_t (&field)[N], const char *key, uint32_t set) {
+    memset(field, 0, N);
+    if (set == kSet && key != nullptr) {
+        memcpy(field, key, N);
+    }
+}
+
+} // namespace
+
+// NOLINTNEXTLINE(readability-function-size): the interface has thirteen arguments
+uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *peer, int32_t hello,
+                           uint32_t hasHello, int32_t dead, uint32_t hasDead, int32_t transmitDelay,
+                           uint32_t hasTransmitDelay, int32_t retransmit, uint32_t hasRetransmit,
+                           uint32_t set, uint32_t selector) {
+    const Link link = {processId, area, peer};
+    const GivenTimers timers = {
+        {hello,         hasHello != 0        },
+        {dead,          hasDead != 0         },
+        {transmitDelay, hasTransmitDelay != 0},
+        {retransmit,    hasRetransmit != 0   }
+    };
+    CommandText command;
+    compose(command, link, set == kUnset, set == kUnset ? "" : " ");
+    for (std::size_t i = 0; i < kTimerCount; ++i) {
+        if (set != kUnset && timers[i].given) {
+            append(command, kTimers[i].text, timers[i].value);
+        }
+    }
+    // Both times with the caller's selector, on purpose: one socket serves both instances.
+    for (int send = 0; send < 2; ++send) {
+        const uint32_t result = vtyOspfConfigOspf(0, command, selector);
+        if (result != kDone) {
+            return result;
+        }
+    }
+    return recordLink(link, set, OnUnset::Remove, [&timers](OspfVirtualLinkCfg &record) {
+        for (std::size_t i = 0; i < kTimerCount; ++i) {
+            if (timers[i].given) {
+                record.*kTimers[i].field = static_cast<uint16_t>(timers[i].value);
+            }
+        }
+    });
+}
+
+uint32_t swOspfVirtualLinkAuth(uint16_t processId, const char *area, const char *peer,
+                               uint32_t authType, uint32_t set) {
+    const Link link = {processId, area, peer};
+    CommandText command = {};
+    if (set == kUnset) {
+        compose(command, link, true, ""); // removes the whole link, on purpose
+    } else if (authType < kAuthTypes) {
+        compose(command, link, false, " authentication");
+        append(command, "%s", kAuthWords[authType]);
+    }
+    const uint32_t result = deliverToBoth(command);
+    if (result != kDone) {
+        return result;
+    }
+    return recordLink(link, set, OnUnset::RemoveWhenZero, [authType](OspfVirtualLinkCfg &record) {
+        record.authType = static_cast<OspfAuthType>(authType);
+    });
+}
+
+uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const char *peer,
+                                  const char *key, uint32_t set) {
+    const Link link = {processId, area, peer};
+    CommandText command;
+    // There is no "no" form, on purpose: unsetting only clears the model's key.
+    format(command, "area %s virtual-link %s authentication-key %s", orEmpty(area), orEmpty(peer),
+           orEmpty(key));
+    const uint32_t result = deliverToBoth(command);
+    if (result != kDone) {
+        return result;
+    }
+    return recordLink(link, set, OnUnset::StoreLikeASetting,
+                      [=](OspfVirtualLinkCfg &record) { storeKey(record.simpleKey, key, set); });
+}
+
+uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const char *peer,
+                                 uint32_t keyId, const char *key, uint32_t set) {
+    const Link link = {processId, area, peer};
+    CommandText command;
+    format(command, "%sarea %s virtual-link %s message-digest-key %d md5 %s",
+           set != kUnset ? "" : "no ", orEmpty(area), orEmpty(peer), static_cast<int32_t>(keyId),
+           set != kUnset ? orEmpty(key) : "1");
+    const uint32_t result = deliverToBoth(command);
+    if (result != kDone) {
+        return result;
+    }
+    return recordLink(link, set, OnUnset::StoreLikeASetting, [=](OspfVirtualLinkCfg &record) {
+        record.md5KeyId = static_cast<uint8_t>(keyId); // kept by an unset too, on purpose
+        storeKey(record.md5Key, key, set);
+    });
+}
