@@ -15,6 +15,12 @@ inline constexpr uint32_t kListFailed = 4;
 
 inline constexpr const char *kRipSocket = "/var/ripd.vty";
 inline constexpr const char *kInstanceView = "view_rip";
+inline constexpr const char *kConfigureView = "configure_view";
+inline constexpr const char *kInstance = "default"; // the VRF name that everything here means
+
+// One byte more than ripd's answer may have, so that its text always ends.
+inline constexpr int32_t kAnnouncedReplyBytes = 512;
+inline constexpr int32_t kReplyBytes = kAnnouncedReplyBytes + 1;
 
 inline constexpr std::size_t kNameCharacters = 36; // of a VRF name in the model
 

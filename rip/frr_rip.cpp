@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: Apache-2.0
+// The RIP handlers that the web front-end calls: switches, dispatchers, instance settings.
+
+#include "rip/frr_rip.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+#include "common/front_end.h"
+#include "common/shell.h"
+#include "common/text.h"
+#include "ospf/frr_ospf_process.h"
+#include "rip/frr_rip_words.h"
+#include "rip/rip_internal.h"
+#include "rip/sw_rip.h"
+
+namespace {
+
+using namespace frruci::rip;
+using frruci::common::equals;
+using frruci::common::number;
+using frruci::common::runShell;
+
+constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua"; // shared with OSPF
+
+// Line numbers printed in messages; fixed, as support tools match on them.
+constexpr int kRunningLine = 40;
+constexpr int kStartedLine = 48;
+constexpr int kNetworkLine = 204;
+constexpr int kNetworkVneteLine = 212;
+constexpr int kNetworkDneteLine = 219;
+constexpr int kInterfaceLine = 386;
+
+constexpr unsigned kSettleSeconds = 1;
+constexpr int32_t kKill = 1;
+constexpr int32_t kCountOnly = 0;
+constexpr uint32_t kVnete = 0; // the router's two networks, by selector
+constexpr uint32_t kDnete = 1;
+
+void replyOk() {
+    (void)write_pipe_to_lua("ok", kReplyPipe); // without a pipe there is nobody to tell
+}
+
+// ---- firewall ----
+
+enum class Rule { kUnknown, kAbsent, kPresent };
+
+Rule firewallRule() {
+    FILE *listing = popen("iptables -t filter -nvL INPUT | grep dpt:520", "r");
+    if (listing == nullptr) {
+        return Rule::kUnknown;
+    }
+    char line[512];
+    const bool found = fgets(line, sizeof line, listing) != nullptr;
+    (void)pclose(listing); // grep's status only repeats the answer
+    return found ? Rule::kPresent : Rule::kAbsent;
+}
+
+void openFirewall() {
+    if (firewallRule() == Rule::kAbsent) {
+        runShell("iptables -w -t filter -I INPUT -p udp --dport 520 -j ACCEPT");
+    }
+}
+
+void closeFirewall() {
+    if (firewallRule() == Rule::kPresent) {
+        runShell("iptables -w -t filter -D INPUT -p udp --dport 520 -j ACCEPT");
+    }
+}
+
+void switchOff() {
+    (void)process_exist("ripd", kKill); // how many there were does not matter
+    closeFirewall();
+    if (process_exist("ospfd", kCountOnly) == 0) {
+        (void)process_exist("zebra", kKill); // how many there were does not matter
+    }
+    replyOk();
+}
+
+// ---- keywords ----
+
+struct Keyword {
+    const char *word;
+    int32_t (*handle)(int32_t argc, char **argv);
+};
+
+constexpr Keyword kRipConfigTable[] = {
+    {"rip_version",         process_rip_config_version            },
+    {"rip_distance",        process_rip_config_distance           },
+    {"auto_summary",        process_rip_config_auto_summary       },
+    {"default_metric",      process_rip_config_default_metric     },
+    {"redistribute_static", process_rip_config_redistribute_static},
+    {"redistribute_ospf",   process_rip_config_redistribute_ospf  },
+    {"update_timer",        process_rip_config_update_timer       },
+    {"timeout_timer",       process_rip_config_timeout_timer      },
+    {"garbage_timer",       process_rip_config_garbage_timer      },
+};
+
+constexpr Keyword kRipInterfaceConfigTable[] = {
+    {"split_horizon_mode", process_rip_interface_split_horizon_mode},
+    {"send_version",       process_rip_interface_send_version      },
+    {"receive_version",    process_rip_interface_recv_version      },
+    {"authen_mode",        process_rip_interface_authen            },
+    {"show",               process_rip_interface_show              },
+};
+
+template <std::size_t N> void dispatch(const Keyword (&table)[N], int32_t argc, char **argv) {
+    for (const Keyword &keyword : table) {
+        if (equals(keyword.word, argv[0])) {
+            (void)keyword.handle(argc - 1, argv + 1); // the reply is the same either way
+            break;
+        }
+    }
+    replyOk();
+}
+
+void setNetwork(char **argv, uint32_t side, int line, const char *sideName) {
+    const uint32_t add = equals(argv[0], "add") ? 1 : 0;
+    if (swRipNetworkSet(kInstance, argv[1], argv[2], add, side) != kOk) {
+        // "ospf" in the text is on purpose: it is how readers of the log know this line.
+        (void)record_log_act("frr_rip:%d: process_ospf_network failed in %s.\n", line, sideName);
+    }
+}
+
+// ---- instance settings ----
+
+using ValueSetter = uint32_t (*)(const char *vrf, uint32_t value, uint32_t enable);
+
+int32_t setValue(ValueSetter set, int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 1)) {
+        return kNothingDone;
+    }
+    return result(set(kInstance, static_cast<uint32_t>(number(argv[0])), 1));
+}
+
+int32_t setTimer(uint32_t which, int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 1)) {
+        return kNothingDone;
+    }
+    return result(swRipTimerSet(kInstance, which, static_cast<uint32_t>(number(argv[0])), 1));
+}
+
+int32_t setRedistribution(uint32_t kind, int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 2)) {
+        return kNothingDone;
+    }
+    const uint32_t enable = isEnable(argv[0]);
+    const auto metric = static_cast<uint32_t>(number(argv[1]));
+    (void)swRipRedistributeSet(kInstance, kind, metric, enable, kDnete); // the second one counts
+    return result(swRipRedistributeSet(kInstance, kind, metric, enable, kVnete));
+}
+
+constexpr uint32_t kStatic = 1;
+constexpr uint32_t kOspf = 2;
+
+constexpr uint32_t kUpdate = 1;
+constexpr uint32_t kTimeout = 2;
+constexpr uint32_t kGarbage = 3;
+
+} // namespace
+
+void process_rip_global(int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 1)) {
+        return;
+    }
+    if (!equals(argv[0], "on")) {
+        switchOff();
+        return;
+    }
+    rip_enable();
+    replyOk();
+}
+
+void rip_enable() {
+    openFirewall();
+    (void)zebra_enable(); // a zebra that is missing shows in ripd's answers
+    if (process_exist("ripd", kCountOnly) != 0) {
+        (void)record_log_act("frr_rip:%d: ripd process exist\n", kRunningLine);
+        return;
+    }
+    sleep(kSettleSeconds);
+    runShell("ripd -d ");
+    sleep(kSettleSeconds);
+    (void)record_log_act("frr_rip:%d: rip_enable\n", kStartedLine);
+    (void)swRipRouterRipSet(kInstance, 1); // a refusal is logged there
+}
+
+void process_rip_config(int32_t argc, char **argv) {
+    if (hasWords(argc, argv, 1)) {
+        dispatch(kRipConfigTable, argc, argv);
+    }
+}
+
+void process_rip_interface(int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 2)) {
+        return;
+    }
+    (void)record_log_act("frr_rip:%d: %d, %s\n", kInterfaceLine, argc, argv[0]);
+    dispatch(kRipInterfaceConfigTable, argc, argv);
+}
+
+void process_rip_network(int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 3)) {
+        return;
+    }
+    (void)record_log_act("frr_rip:%d: process_rip_network %s %s %s\n", kNetworkLine, argv[0],
+                         argv[1], argv[2]);
+    setNetwork(argv, kVnete, kNetworkVneteLine, "vnete");
+    setNetwork(argv, kDnete, kNetworkDneteLine, "dnete");
+    sleep(kSettleSeconds);
+    replyOk();
+}
+
+int32_t process_rip_config_version(int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 1)) {
+        return kNothingDone;
+    }
+    if (equals(argv[0], "default")) {
+        constexpr uint32_t kNotLookedAt = 2;
+        return result(swRipVersionSet(kInstance, kNotLookedAt, 0));
+    }
+    const uint32_t version = versionOf(argv[0]);
+    return version == kNoVersion ? kNothingDone : result(swRipVersionSet(kInstance, version, 1));
+}
+
+int32_t process_rip_config_distance(int32_t argc, char **argv) {
+    return setValue(swRipDistanceSet, argc, argv);
+}
+
+int32_t process_rip_config_auto_summary(int32_t argc, char **argv) {
+    if (!hasWords(argc, argv, 1)) {
+        return kNothingDone;
+    }
+    return result(swRipAutoSummSet(kInstance, isEnable(argv[0])));
+}
+
+int32_t process_rip_config_default_metric(int32_t argc, char **argv) {
+    return setValue(swRipDefaultMetricSet, argc, argv);
+}
+
+int32_t process_rip_config_redistribute_static(int32_t argc, char **argv) {
+    return setRedistribution(kStatic, argc, argv);
+}
+
+int32_t process_rip_config_redistribute_ospf(int32_t argc, char **argv) {
+    return setRedistribution(kOspf, argc, argv);
+}
+
+int32_t process_rip_config_update_timer(int32_t argc, char **argv) {
+    return setTimer(kUpdate, argc, argv);
+}
+
+int32_t process_rip_config_timeout_timer(int32_t argc, char **argv) {
+    return setTimer(kTimeout, argc, argv);
+}
+
+int32_t process_rip_config_garbage_timer(int32_t argc, char **argv) {
+    return setTimer(kGarbage, argc, argv);
+}
