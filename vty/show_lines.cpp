@@ -7,7 +7,6 @@
 #include "rip/frr_rip.h"
 
 // Hooks that the displays of the two protocols fill.
-[[gnu::weak]] void handle_rip_show_interface(char *) {}
 [[gnu::weak]] void handle_ospf_show(char *, uint32_t, uint32_t) {}
 
 namespace frruci::vty {
