@@ -1,0 +1,21 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Memory that runs out at a chosen allocation; linked into a test program it takes the place of the
+ * C library's malloc and calloc, also for the library's own calls. */
+#ifndef FRRUCI_TESTS_SUPPORT_NO_MEMORY_H
+#define FRRUCI_TESTS_SUPPORT_NO_MEMORY_H
+
+namespace stage {
+
+/// While this lives, the allocation number failing (1 is the next one) of this thread fails; all
+/// others succeed.
+class NoMemory {
+public:
+    explicit NoMemory(int failing);
+    ~NoMemory();
+    NoMemory(const NoMemory &) = delete;
+    NoMemory &operator=(const NoMemory &) = delete;
+};
+
+} // namespace stage
+
+#endif
