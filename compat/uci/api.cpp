@@ -255,9 +255,7 @@ void uci_free_context(uci_context *ctx) {
     if (ctx == nullptr) {
         return;
     }
-    while (!isEmpty(ctx->root)) {
-        freePackage(packageOf(elementOf(ctx->root.next)));
-    }
+    drain(ctx->root, [](uci_list *entry) { freePackage(packageOf(elementOf(entry))); });
     free(ctx);
 }
 

@@ -105,11 +105,7 @@ int recordDelta(uci_package *package, Change change, const char *section, const 
 }
 
 void forgetDeltas(uci_package *package) {
-    while (!isEmpty(package->delta)) {
-        auto *delta = reinterpret_cast<Delta *>(package->delta.next);
-        unlinkEntry(delta->e.list);
-        freeDelta(delta);
-    }
+    drain(package->delta, [](uci_list *entry) { freeDelta(reinterpret_cast<Delta *>(entry)); });
 }
 
 int saveDeltas(uci_package *package) {

@@ -41,21 +41,32 @@ void makeUpName(char (&name)[32], int count, const char *type) {
     (void)snprintf(name, sizeof name, "cfg%02x%04x", static_cast<unsigned>(count), hash & 0xffffU);
 }
 
-void freeItems(uci_list &items) {
-    while (!isEmpty(items)) {
-        uci_element *item = elementOf(items.next);
-        unlinkEntry(item->list);
-        free(item->name);
-        free(item);
-    }
+void freeItem(uci_element *item) {
+    free(item->name);
+    free(item);
 }
 
 void freeValue(uci_option *option) {
     if (option->type == UCI_TYPE_LIST) {
-        freeItems(option->v.list);
+        drain(option->v.list, [](uci_list *item) { freeItem(elementOf(item)); });
     } else {
         free(option->v.string);
     }
+}
+
+// The release functions free what is no longer, or soon not, in a list.
+
+void releaseOption(uci_option *option) {
+    freeValue(option);
+    free(option->e.name);
+    free(option);
+}
+
+void releaseSection(uci_section *section) {
+    drain(section->options, [](uci_list *entry) { releaseOption(optionOf(elementOf(entry))); });
+    free(section->type);
+    free(section->e.name);
+    free(section);
 }
 
 uci_element *newItem(const char *text) {
@@ -169,9 +180,7 @@ uci_package *newPackage(uci_context *context, const char *name, const char *path
 
 void freePackage(uci_package *package) {
     unlinkEntry(package->e.list);
-    while (!isEmpty(package->sections)) {
-        freeSection(sectionOf(elementOf(package->sections.next)));
-    }
+    drain(package->sections, [](uci_list *entry) { releaseSection(sectionOf(elementOf(entry))); });
     forgetDeltas(package);
     free(package->path);
     free(package->e.name);
@@ -203,12 +212,7 @@ uci_section *appendSection(uci_package *package, const char *type, const char *n
 
 void freeSection(uci_section *section) {
     unlinkEntry(section->e.list);
-    while (!isEmpty(section->options)) {
-        freeOption(optionOf(elementOf(section->options.next)));
-    }
-    free(section->type);
-    free(section->e.name);
-    free(section);
+    releaseSection(section);
 }
 
 int setType(uci_section *section, const char *type) {
@@ -240,9 +244,7 @@ uci_option *appendOption(uci_section *section, const char *name, const char *val
 
 void freeOption(uci_option *option) {
     unlinkEntry(option->e.list);
-    freeValue(option);
-    free(option->e.name);
-    free(option);
+    releaseOption(option);
 }
 
 int setString(uci_option *option, const char *value) {
@@ -277,8 +279,7 @@ void removeItems(uci_option *option, const char *value) {
         entry = entry->next;
         if (strcmp(item->name, value) == 0) {
             unlinkEntry(item->list);
-            free(item->name);
-            free(item);
+            freeItem(item);
         }
     }
 }

@@ -14,6 +14,16 @@ inline bool isEmpty(const uci_list &head) {
     return head.next == &head;
 }
 
+/// Hands every entry to release, which may free it, and leaves the list empty.
+template <class Release> void drain(uci_list &head, Release release) {
+    for (uci_list *entry = head.next; entry != &head;) {
+        uci_list *next = entry->next;
+        release(entry);
+        entry = next;
+    }
+    initList(head);
+}
+
 /// An element is the first member of what it belongs to.
 inline uci_element *elementOf(uci_list *entry) {
     return reinterpret_cast<uci_element *>(entry);
@@ -42,6 +52,7 @@ bool isWord(const char *text);
 
 /// A package that is not yet in its context's list.
 uci_package *newPackage(uci_context *context, const char *name, const char *path);
+/// Takes it out of its context's list and frees it with all that is in it.
 void freePackage(uci_package *package);
 
 /// Appends a section; anonymous with a made-up name when name is null.
