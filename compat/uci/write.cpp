@@ -30,9 +30,18 @@ void writeOption(Text &out, uci_option *option) {
     }
 }
 
+/// Types stand bare, unless that would make another text of them or spoil the rest of the file.
+void writeType(Text &out, const char *type) {
+    if (type[strcspn(type, "'\"\\#;")] == '\0') {
+        out.append(type);
+    } else {
+        appendQuoted(out, type);
+    }
+}
+
 void writeSection(Text &out, uci_section *section, bool madeUpNames) {
     out.append("\nconfig ");
-    out.append(section->type);
+    writeType(out, section->type);
     if (!section->anonymous || madeUpNames) {
         out.append(' ');
         appendQuoted(out, section->e.name);
