@@ -117,10 +117,10 @@ void readSession(Session &session) {
     char bytes[4096];
     for (;;) {
         const ssize_t count = recv(session.fd, bytes, sizeof bytes, MSG_DONTWAIT);
-        if (count < 0) {
+        if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
             return;
         }
-        if (count == 0) {
+        if (count <= 0) { // a peer that closed with bytes unread shows as a reset
             hangUp(session);
             return;
         }
