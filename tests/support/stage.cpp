@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
+#include <initializer_list>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ World *world = nullptr;
 namespace {
 
 constexpr const char *kLogPath = "/tmp/tmp/data";
+constexpr const char *kStores[] = {"iptv", "nhrp", "ospf", "rip"};
 
 void pipePath(int pipe, char (&path)[64]) {
     (void)snprintf(path, sizeof path, "/tmp/tmp/%s", kPipes[pipe]);
@@ -61,6 +63,17 @@ void makePipe(int pipe) {
     }
     // Open for both ways, so that neither side ever waits for the other.
     world->pipes[pipe] = open(path, O_RDWR | O_NONBLOCK | O_CLOEXEC);
+}
+
+/// The store files of the case before, and what was saved but not committed.
+void dropStores() {
+    for (const char *store : kStores) {
+        for (const char *folder : {"/etc/config", "/tmp/.uci"}) {
+            char path[64];
+            (void)snprintf(path, sizeof path, "%s/%s", folder, store);
+            unlink(path);
+        }
+    }
 }
 
 void closeFd(int &fd) {
@@ -263,6 +276,7 @@ Stage::Stage() {
     unlink(kLogPath);
     unlink("/tmp/cli_vid");
     unlink("/tmp/cli_ipaddr");
+    dropStores();
     for (int i = 0; i < kDaemonCount; ++i) {
         listenAs(i);
     }

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: Apache-2.0
+// Shows the NHRP cache, starts nhrpd, and keeps the NHRP settings in the store.
+
+#include "nhrp/sw_nhrp.h"
+
+#include <cstdlib>
+
+#include "common/front_end.h"
+#include "common/frr_uci.h"
+#include "common/text.h"
+#include "nhrp/sockets.h"
+#include "nhrp/vty_nhrp.h"
+#include "ospf/frr_ospf_process.h"
+
+namespace {
+
+constexpr int32_t kInvalidArgument = 2; // as libuci says it
+
+constexpr const char *kPackage = "/etc/config/nhrp"; // libuci takes a path as well
+constexpr const char *kSection = "sdwan";
+constexpr const char *kInterface = "interface";
+constexpr const char *kOff = "0";
+
+constexpr int32_t kRecord = 1;
+constexpr uint16_t kInterfaceBytes = 64;
+
+int32_t store(const char *section, const char *option, const char *value) {
+    if (section == nullptr || option == nullptr || value == nullptr) {
+        return kInvalidArgument;
+    }
+    return frr_uci_set(kPackage, section, option, value);
+}
+
+bool hasInterface() {
+    char recorded[kInterfaceBytes];
+    return frr_uci_get(kPackage, kSection, kInterface, recorded, sizeof recorded) == 0;
+}
+
+} // namespace
+
+uint32_t swNhrpShow(uint16_t, const char *what) {
+    const bool cache = what != nullptr && frruci::common::equals(what, "cache");
+    // Anything else sends an empty line, on purpose: the front-end still gets an answer to read.
+    const char *command = cache ? "show ip nhrp cache json" : "";
+    return vtyNhrpPrint(command, frruci::nhrp::kNhrpdSocket) == 0 ? 0 : 1;
+}
+
+int32_t nhrp_enable(void) {
+    if (process_exist("zebra", 0) == 0) {
+        (void)zebra_enable(); // its result says nothing
+    }
+    const int32_t running = process_exist("nhrpd", 0);
+    if (running != 0) {
+        return running;
+    }
+    (void)record_log_act("sw_nhrp:%d: nhrp is starting\n", __LINE__);
+    // "nhrp" on purpose, where a restart runs "nhrpd": routers have the launcher under this name.
+    return system("nhrp -d");
+}
+
+int32_t nhrp_set_interface(const char *ifname, int32_t flag) {
+    if (flag == 0) {
+        return store(kSection, kInterface, kOff);
+    }
+    // Sticky on purpose, a "0" too: only the front-end moves NHRP to another interface.
+    if (hasInterface()) {
+        return 0;
+    }
+    (void)record_log_act("sw_nhrp:%d: nhrp interface is null\n", __LINE__);
+    return store(kSection, kInterface, ifname);
+}
+
+int32_t nhrp_set_interface_config(const char *section, const char *option, const char *ifname,
+                                  const char *value, int32_t enable) {
+    if (enable == 0) {
+        return store(section, option, kOff);
+    }
+    (void)nhrp_set_interface(ifname, kRecord); // the setting is stored all the same
+    return store(section, option, value);
+}
+
+int32_t nhrp_set_enable_config(const char *section, const char *option, const char *value,
+                               int32_t enable) {
+    return store(section, option, enable != 0 ? value : kOff);
+}
