@@ -201,6 +201,7 @@ bool matches(const char *pattern, const char *text) {
 
 class Player {
 public:
+    void prepare(int to);
     bool play(int from, int to);
 
 private:
@@ -464,6 +465,15 @@ void Player::playLine(const char *line) {
     stop("unknown keyword");
 }
 
+void Player::prepare(int to) {
+    for (position = 0; position < to; ++position) {
+        playLine(file.lines[position]);
+    }
+    (void)stage_.trace(); // cases begin behind the preparation
+    (void)stage_.log();
+    (void)stage_.output();
+}
+
 bool Player::play(int from, int to) {
     for (position = from; position < to; ++position) {
         playLine(file.lines[position]);
@@ -485,7 +495,15 @@ int endOfCase(int begin) {
     return end;
 }
 
-/// Plays one case in a process of its own.
+int firstCase() {
+    int line = 0;
+    while (line < file.count && !isCase(line)) {
+        ++line;
+    }
+    return line;
+}
+
+/// Plays one case in a process of its own, the lines before the first case in front of it.
 bool playCase(int begin) {
     (void)fflush(stdout);
     const pid_t child = fork();
@@ -493,6 +511,7 @@ bool playCase(int begin) {
         alarm(kCaseSeconds);
         void *memory = malloc(sizeof(Player));
         auto *player = new (memory) Player();
+        player->prepare(firstCase());
         const bool passed = player->play(begin + 1, endOfCase(begin));
         player->~Player();
         free(memory);
