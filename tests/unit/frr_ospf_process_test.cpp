@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: Apache-2.0
+// Finding, killing and starting daemon processes: the shell commands, what is logged, who is
+// killed.
+
+#include <cstdint>
+#include <gtest/gtest.h>
+#include <string>
+
+#include "ospf/frr_ospf_process.h"
+#include "tests/support/stage.h"
+
+namespace {
+
+class Processes : public testing::Test {
+protected:
+    stage::Stage stage_;
+};
+
+TEST_F(Processes, AreCountedByLine) {
+    stage_.shell("grep zebra", {.text = " 1234 root zebra -d\n77 root  /usr/sbin/zebra"});
+    EXPECT_EQ(process_exist("zebra", 0), 2);
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep zebra\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\n"
+                               "frr_ospf:215: popen  1234 root zebra -d\n\n"
+                               "frr_ospf:215: popen 77 root  /usr/sbin/zebra\n");
+    EXPECT_STREQ(stage_.output(), "");
+}
+
+TEST_F(Processes, OfNoLineAreNone) {
+    EXPECT_EQ(process_exist("ospfd", 1), 0);
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep ospfd\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\n");
+}
+
+TEST_F(Processes, WithoutAListingAreNone) {
+    stage_.shell("ps -w", {.text = "1 root zebra\n", .fails = true});
+    EXPECT_EQ(process_exist("zebra", 1), 0);
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep zebra\n");
+    EXPECT_STREQ(stage_.log(), "");
+}
+
+TEST_F(Processes, OfAnUnsafeNameAreNotLookedFor) {
+    for (const char *name : {"zebra;reboot", "a|b", "$(x)", "a\"b", "a'b", "a&", "a<b", "a>b",
+                             "a[b", "a\\b", "a`b", "(", ")"}) {
+        EXPECT_EQ(process_exist(name, 1), 0) << name;
+        EXPECT_STREQ(stage_.output(), "process_exist 225: check safe string failed!\n");
+    }
+    EXPECT_EQ(process_exist(nullptr, 1), 0);
+    EXPECT_STREQ(stage_.trace(), "");
+    EXPECT_STREQ(stage_.log(), "");
+}
+
+TEST_F(Processes, NamesAreCutWithTheCommand) {
+    const std::string name(300, 'n');
+    EXPECT_EQ(process_exist(name.c_str(), 0), 0);
+    const std::string command = "ps -w | grep -v grep | grep " + name;
+    EXPECT_EQ(stage_.trace(), "popen: " + command.substr(0, 127) + "\n");
+}
+
+TEST_F(Processes, AreKilledOneByOne) {
+    stage_.shell("grep zebra", {.text = "  12 root zebra -d\n34 root zebra\nno number zebra\n"});
+    EXPECT_EQ(process_exist("zebra", 1), 3);
+    EXPECT_STREQ(stage_.trace(),
+                 "popen: ps -w | grep -v grep | grep zebra\nkill: 12 9\nkill: 34 9\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\n"
+                               "frr_ospf:215: popen   12 root zebra -d\n\n"
+                               "frr_ospf:192: strtok ret 12\n"
+                               "frr_ospf:195: pid = 12\n"
+                               "frr_ospf:215: popen 34 root zebra\n\n"
+                               "frr_ospf:192: strtok ret 34\n"
+                               "frr_ospf:195: pid = 34\n"
+                               "frr_ospf:215: popen no number zebra\n\n"
+                               "frr_ospf:192: strtok ret no\n"
+                               "frr_ospf:195: pid = 0\n");
+}
+
+TEST_F(Processes, AnyFlagButZeroKills) {
+    stage_.shell("grep ripd", {.text = "5 root ripd\n"});
+    EXPECT_EQ(process_exist("ripd", -1), 1);
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep ripd\nkill: 5 9\n");
+}
+
+TEST_F(Processes, TheRestOfALongLineIsNoLine) {
+    // Were the rest a line of its own, its first word would be taken for a process id.
+    const std::string line = "12 " + std::string(508, 'x') + "66 zebra\n34 zebra\n";
+    stage_.shell("grep zebra", {.text = line.c_str()});
+    EXPECT_EQ(process_exist("zebra", 1), 2);
+    EXPECT_STREQ(stage_.trace(),
+                 "popen: ps -w | grep -v grep | grep zebra\nkill: 12 9\nkill: 34 9\n");
+    // A line that just fits and ends without a newline.
+    const std::string exact = "56 " + std::string(508, 'x');
+    stage_.shell("grep zebra", {.text = exact.c_str()});
+    EXPECT_EQ(process_exist("zebra", 1), 1);
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep zebra\nkill: 56 9\n");
+}
+
+TEST_F(Processes, KillTakesTheFirstField) {
+    char line[] = "   4711 root 0 S zebra -d\n";
+    (void)kill_process(line);
+    EXPECT_STREQ(stage_.trace(), "kill: 4711 9\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:192: strtok ret 4711\nfrr_ospf:195: pid = 4711\n");
+    EXPECT_STREQ(line, "   4711"); // the line is changed
+}
+
+TEST_F(Processes, KillRefusesWhatIsNoProcess) {
+    const auto killed = [this](const char *text) {
+        char line[64] = {};
+        (void)snprintf(line, sizeof line, "%s", text);
+        (void)kill_process(line);
+        EXPECT_STREQ(stage_.trace(), "") << text;
+        return std::string(stage_.log());
+    };
+    EXPECT_EQ(killed("0 root"), "frr_ospf:192: strtok ret 0\nfrr_ospf:195: pid = 0\n");
+    EXPECT_EQ(killed("-1 root"), "frr_ospf:192: strtok ret -1\nfrr_ospf:195: pid = -1\n");
+    EXPECT_EQ(killed("PID USER"), "frr_ospf:192: strtok ret PID\nfrr_ospf:195: pid = 0\n");
+    EXPECT_EQ(killed("\n"), "frr_ospf:192: strtok ret \n\nfrr_ospf:195: pid = 0\n");
+    EXPECT_EQ(killed(""), "frr_ospf:192: strtok ret (null)\n");
+    EXPECT_EQ(killed("    "), "frr_ospf:192: strtok ret (null)\n");
+    (void)kill_process(nullptr);
+    EXPECT_STREQ(stage_.log(), "frr_ospf:192: strtok ret (null)\n");
+    EXPECT_STREQ(stage_.trace(), "");
+}
+
+TEST_F(Processes, ZebraIsStartedAndWaitedFor) {
+    (void)zebra_enable();
+    EXPECT_STREQ(stage_.trace(),
+                 "popen: ps -w | grep -v grep | grep zebra\nsystem: \"zebra -d \"\nsleep: 1\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\nfrr_ospf:185: zebra_enable\n");
+}
+
+TEST_F(Processes, ZebraIsStartedOnce) {
+    stage_.shell("grep zebra", {.text = "12 root zebra -d\n"});
+    (void)zebra_enable();
+    EXPECT_STREQ(stage_.trace(), "popen: ps -w | grep -v grep | grep zebra\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\n"
+                               "frr_ospf:215: popen 12 root zebra -d\n\n"
+                               "frr_ospf:180: zebra process exist\n");
+}
+
+TEST_F(Processes, AZebraThatFailsToStartIsNotNoticed) {
+    stage_.shell("zebra -d", {.status = 256});
+    (void)zebra_enable();
+    EXPECT_STREQ(stage_.trace(),
+                 "popen: ps -w | grep -v grep | grep zebra\nsystem: \"zebra -d \"\nsleep: 1\n");
+    EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\nfrr_ospf:185: zebra_enable\n");
+}
+
+} // namespace
