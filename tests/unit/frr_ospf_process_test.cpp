@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <sstream>
 #include <string>
 
 #include "ospf/frr_ospf_process.h"
@@ -143,6 +144,113 @@ TEST_F(Processes, AZebraThatFailsToStartIsNotNoticed) {
     EXPECT_STREQ(stage_.trace(),
                  "popen: ps -w | grep -v grep | grep zebra\nsystem: \"zebra -d \"\nsleep: 1\n");
     EXPECT_STREQ(stage_.log(), "frr_ospf:213: popen\nfrr_ospf:185: zebra_enable\n");
+}
+
+constexpr const char *kRouterIdSessions =
+    "ospfd: en | configure | router ospf | ospf router-id 1.1.1.1\n"
+    "ospfd: en | clear ip ospf process\n"
+    "ospfd: en | configure | router ospf | ospf router-id 1.1.1.1\n"
+    "ospfd: en | clear ip ospf process\n";
+
+/// The lines of the log that come from this source.
+std::string ownLines(const char *log) {
+    std::string own;
+    std::istringstream lines(log);
+    for (std::string line; std::getline(lines, line);) {
+        if (line.rfind("frr_ospf:", 0) == 0) {
+            own += line + "\n";
+        }
+    }
+    return own;
+}
+
+TEST_F(Processes, OspfIsStartedAfterZebra) {
+    EXPECT_EQ(ospf_enable("1.1.1.1"), 0);
+    EXPECT_EQ(stage_.trace(), std::string("popen: ps -w | grep -v grep | grep zebra\n"
+                                          "system: \"zebra -d \"\n"
+                                          "sleep: 1\n"
+                                          "popen: ps -w | grep -v grep | grep ospfd\n"
+                                          "system: conntrack -D -p ospf\n"
+                                          "system: ospfd -d\n"
+                                          "sleep: 1\n") +
+                                  kRouterIdSessions + "sleep: 1\n");
+    EXPECT_EQ(ownLines(stage_.log()), "frr_ospf:213: popen\nfrr_ospf:185: zebra_enable\n"
+                                      "frr_ospf:213: popen\n"
+                                      "frr_ospf:241: ospf_enable router_id 1.1.1.1\n");
+}
+
+TEST_F(Processes, ARunningOspfOnlyGetsTheRouterId) {
+    stage_.shell("grep zebra", {.text = "1 root zebra -d\n"});
+    stage_.shell("grep ospfd", {.text = "2 root ospfd -d\n"});
+    EXPECT_EQ(ospf_enable("1.1.1.1"), 0);
+    EXPECT_EQ(stage_.trace(), std::string("popen: ps -w | grep -v grep | grep zebra\n"
+                                          "popen: ps -w | grep -v grep | grep ospfd\n") +
+                                  kRouterIdSessions);
+    EXPECT_EQ(ownLines(stage_.log()), "frr_ospf:213: popen\n"
+                                      "frr_ospf:215: popen 1 root zebra -d\n"
+                                      "frr_ospf:180: zebra process exist\n"
+                                      "frr_ospf:213: popen\n"
+                                      "frr_ospf:215: popen 2 root ospfd -d\n"
+                                      "frr_ospf:235: ospf process exist\n");
+}
+
+TEST_F(Processes, ARefusedRouterIdIsTheResult) {
+    stage_.shell("grep ospfd", {.text = "2 root ospfd -d\n"});
+    stage_.answer("ospfd", "ospf router-id bad", {.code = 2});
+    EXPECT_NE(ospf_enable("bad"), 0);
+    stage_.absent("ospfd");
+    stage_.shell("grep ospfd", {});
+    EXPECT_NE(ospf_enable("1.1.1.1"), 0);
+    EXPECT_TRUE(std::string(stage_.trace()).ends_with("system: ospfd -d\nsleep: 1\nsleep: 1\n"));
+    EXPECT_NE(ospf_enable(nullptr), 0);
+}
+
+std::string networkSession(const char *statement) {
+    return std::string("ospfd: en | configure | router ospf | ") + statement + "\n";
+}
+
+// One test: the areas are remembered as long as the process lives.
+TEST_F(Processes, TheInnerLinkMovesBetweenAreas) {
+    const std::string wan = "network 169.254.11.21/30 area ";
+    const std::string lan = "network 169.254.11.22/30 area ";
+    const auto moved = [&](const std::string &network, const char *from, const char *to) {
+        return networkSession(("no " + network + from).c_str()) +
+               networkSession((network + to).c_str());
+    };
+    EXPECT_EQ(sysn_network(1, 5, 1), 0);
+    EXPECT_EQ(stage_.trace(), moved(wan, "0", "5"));
+    EXPECT_EQ(sysn_network(1, 7, 1), 0);
+    EXPECT_EQ(stage_.trace(), moved(wan, "5", "7"));
+    EXPECT_EQ(sysn_network(2, 4294967295U, 0), 0); // the sides are remembered apart
+    EXPECT_EQ(stage_.trace(), moved(lan, "0", "4294967295"));
+    EXPECT_EQ(sysn_network(2, 3, 0), 0);
+    EXPECT_EQ(stage_.trace(), moved(lan, "4294967295", "3"));
+    EXPECT_EQ(sysn_network(1, 8, -1), 0); // anything but 0 is the WAN side
+    EXPECT_EQ(stage_.trace(), moved(wan, "7", "8"));
+    EXPECT_STREQ(stage_.output(), "");
+
+    stage_.answer("ospfd", (wan + "9").c_str(), {.code = 2});
+    stage_.answer("ospfd", (lan + "9").c_str(), {.code = 1});
+    EXPECT_EQ(sysn_network(1, 9, 1), 1);
+    EXPECT_STREQ(stage_.output(), "Set ospf network br-lan failed.\n");
+    EXPECT_EQ(stage_.trace(), moved(wan, "8", "9"));
+    EXPECT_EQ(sysn_network(2, 9, 0), 1);
+    EXPECT_STREQ(stage_.output(), "Set ospf network veth1 failed.\n");
+    EXPECT_EQ(stage_.trace(), moved(lan, "3", "9"));
+
+    stage_.answer("ospfd", ("no " + wan + "8").c_str(), {.code = 2, .times = 1});
+    stage_.answer("ospfd", ("no " + lan + "3").c_str(), {.code = 2, .times = 1});
+    EXPECT_EQ(sysn_network(1, 10, 1), 1);
+    EXPECT_STREQ(stage_.output(), "Reset ospf network br-lan failed.\n");
+    EXPECT_EQ(stage_.trace(), networkSession(("no " + wan + "8").c_str()));
+    EXPECT_EQ(sysn_network(2, 10, 0), 1);
+    EXPECT_STREQ(stage_.output(), "Reset ospf network veth1 failed.\n");
+    EXPECT_EQ(stage_.trace(), networkSession(("no " + lan + "3").c_str()));
+
+    EXPECT_EQ(sysn_network(1, 11, 1), 0); // the old area is still the remembered one
+    EXPECT_EQ(stage_.trace(), moved(wan, "8", "11"));
+    EXPECT_EQ(sysn_network(2, 11, 0), 0);
+    EXPECT_EQ(stage_.trace(), moved(lan, "3", "11"));
 }
 
 } // namespace
