@@ -280,9 +280,8 @@ void printProcesses(const OspfModelBlock &model) {
 }
 
 void printInterfaces(const OspfModelBlock &model) {
-    OspfInterfaceEntry entries[std::size(model.interface)] = {};
-    memcpy(entries, model.interface, sizeof entries);
-    for (const OspfInterfaceEntry &entry : entries) {
+    const OspfModelBlock copy = model;
+    for (const OspfInterfaceEntry &entry : copy.interface) {
         if (entry.inUse == 1) {
             printRows(kInterfaceRows, &entry);
         }

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <ctime>
 #include <fcntl.h>
-#include <linux/sockios.h>
 #include <poll.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -29,7 +28,7 @@ void pauseMs(int ms) {
 void waitUntilTaken(int fd) {
     for (int waited = 0; waited < kDeliveryDeadlineMs; ++waited) {
         int pending = 0;
-        if (ioctl(fd, SIOCOUTQ, &pending) < 0 || pending == 0) {
+        if (ioctl(fd, TIOCOUTQ, &pending) < 0 || pending == 0) {
             return;
         }
         pauseMs(1);

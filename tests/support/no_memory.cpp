@@ -59,7 +59,7 @@ NoMemory::~NoMemory() {
 #pragma GCC visibility push(default)
 extern "C" {
 
-void *malloc(std::size_t size) noexcept {
+void *malloc(std::size_t size) noexcept(noexcept(::malloc(0))) {
     using Malloc = void *(*)(std::size_t);
     static Malloc next = nullptr;
     if (stage::failsNow()) {
@@ -74,7 +74,7 @@ void *malloc(std::size_t size) noexcept {
     return next(size);
 }
 
-void *calloc(std::size_t count, std::size_t size) noexcept {
+void *calloc(std::size_t count, std::size_t size) noexcept(noexcept(::calloc(0, 0))) {
     using Calloc = void *(*)(std::size_t, std::size_t);
     static Calloc next = nullptr;
     if (stage::failsNow()) {

@@ -300,7 +300,8 @@ TEST(Dlist, DestroyReleasesNothing) {
 }
 
 TEST(DlistDeathTest, DestroyOfANullListEndsTheProcess) {
-    EXPECT_EXIT(dlistDestroy(nullptr), testing::KilledBySignal(SIGABRT), "^$");
+    // Nothing is printed; on another machine the emulator itself reports the signal.
+    EXPECT_EXIT(dlistDestroy(nullptr), testing::KilledBySignal(SIGABRT), "^(qemu: [^\n]*\n)?$");
 }
 
 TEST(Dlist, FindByKeyHandsTheKeyFirst) {
