@@ -35,9 +35,33 @@ void waitUntilTaken(int fd) {
     }
 }
 
+void drainPipe(int pipe) {
+    char bytes[4096];
+    for (;;) {
+        const ssize_t count = read(world->pipes[pipe], bytes, sizeof bytes);
+        if (count <= 0) {
+            return;
+        }
+        Event *last = world->eventCount == 0 ? nullptr : world->events[world->eventCount - 1];
+        const bool goesOn =
+            last != nullptr && last->kind == Event::Kind::Reply && last->index == pipe;
+        Event &event = goesOn ? *last : newEvent(Event::Kind::Reply, pipe);
+        event.text.append(bytes, static_cast<std::size_t>(count));
+    }
+}
+
+/// Goes on reading the reply pipes meanwhile: a library that is writing rows takes nothing.
 void sendAll(int fd, const char *bytes, std::size_t count) {
     while (count > 0) {
-        const ssize_t sent = send(fd, bytes, count, MSG_NOSIGNAL);
+        const ssize_t sent = send(fd, bytes, count, MSG_NOSIGNAL | MSG_DONTWAIT);
+        if (sent < 0 && errno == EAGAIN) {
+            for (int pipe = 0; pipe < kPipeCount; ++pipe) {
+                drainPipe(pipe);
+            }
+            pollfd room = {fd, POLLOUT, 0};
+            (void)poll(&room, 1, 1);
+            continue;
+        }
         if (sent <= 0) {
             return; // the library closed the session meanwhile
         }
@@ -150,21 +174,6 @@ void acceptSessions(int daemon) {
         session->daemon = daemon;
         newEvent(Event::Kind::Session, world->sessionCount);
         world->sessions[world->sessionCount++] = session;
-    }
-}
-
-void drainPipe(int pipe) {
-    char bytes[4096];
-    for (;;) {
-        const ssize_t count = read(world->pipes[pipe], bytes, sizeof bytes);
-        if (count <= 0) {
-            return;
-        }
-        Event *last = world->eventCount == 0 ? nullptr : world->events[world->eventCount - 1];
-        const bool goesOn =
-            last != nullptr && last->kind == Event::Kind::Reply && last->index == pipe;
-        Event &event = goesOn ? *last : newEvent(Event::Kind::Reply, pipe);
-        event.text.append(bytes, static_cast<std::size_t>(count));
     }
 }
 
