@@ -3,31 +3,51 @@
 
 #include "ospf/frr_ospf.h"
 
+#include <unistd.h>
+
 #include "common/front_end.h"
+#include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_settings.h"
 #include "ospf/frr_ospf_words.h"
+#include "ospf/sw_ospf.h"
 
 namespace {
 
+using frruci::common::equals;
+using frruci::ospf::kEnableWord;
 using frruci::ospf::kNoVrf;
 using frruci::ospf::kWanWord;
 using frruci::ospf::loggedWord;
 using frruci::ospf::Words;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua";
+constexpr const char *kNeighborPipe = "/tmp/tmp/ospf_pipe_c2lua_neighbor";
+constexpr const char *kDatabasePipe = "/tmp/tmp/ospf_pipe_c2lua_database";
 
+constexpr int32_t kGlobalWords = 2;
+constexpr int32_t kNetworkWords = 4;
 constexpr int32_t kInterfaceShowWords = 1;
 constexpr int32_t kInterfaceWords = 4;
+constexpr int32_t kAdvertiseWords = 4;
+constexpr int32_t kProcessWords = 7;
 
 constexpr int32_t kSimplePasswordWords = kInterfaceWords + 1;
 constexpr int32_t kMessageDigestWords = kInterfaceWords + 2;
 
-constexpr int32_t kSet = 1;
+constexpr int32_t kFind = 0;
+constexpr int32_t kKill = 1;
+constexpr uint32_t kLanInstance = 0;
+constexpr uint32_t kWanInstance = 1;
+constexpr int32_t kOspfLines = 1;
+constexpr uint32_t kGiven = 1;
+constexpr uint32_t kSet = 1;
+
+constexpr useconds_t kEndMarkPauseUs = 10000;
 
 // The front-end stores the settings itself and asks the daemon for their effect: a refusal is only
 // logged, and every reply is "ok".
-void replyOk() {
-    (void)write_pipe_to_lua("ok", kReplyPipe); // without a pipe there is nobody to tell
+void replyOk(const char *pipe = kReplyPipe) {
+    (void)write_pipe_to_lua("ok", pipe); // without a pipe there is nobody to tell
 }
 
 void logFailure(uint32_t status, const char *what) {
@@ -40,6 +60,21 @@ void logFailure(uint32_t status, const char *what) {
 // One wording for every keyword, on purpose: support tools look for it.
 void logInterfaceFailure(uint32_t status) {
     logFailure(status, "ip_ospf_cost, failed");
+}
+
+void logShowFailure(uint32_t status) {
+    logFailure(status, "swOspfShowOspf, failed");
+}
+
+uint32_t flag(bool value) {
+    return value ? 1 : 0;
+}
+
+void showInterfaces() {
+    (void)record_log_act("frr_ospf:%d: swOspfShowOspf\n", __LINE__);
+    const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, "interface", kOspfLines));
+    replyOk();
+    logShowFailure(status);
 }
 
 struct Interface {
@@ -81,11 +116,54 @@ void setByKeyword(const Interface &interface, const Words &words) {
     replyOk();
 }
 
+void showRows(const char *what, const char *pipe) {
+    const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, what, kOspfLines));
+    (void)usleep(kEndMarkPauseUs); // the front-end takes the last row before the end mark comes
+    replyOk(pipe);
+    logShowFailure(status);
+}
+
 } // namespace
+
+void process_ospf_global(int32_t argc, char **argv) {
+    const Words words(argc, argv);
+    if (words.count() < kGlobalWords) {
+        return;
+    }
+    if (words.is(0, "on")) {
+        (void)ospf_enable(words[1]); // a daemon that does not start fails the settings that follow
+    } else {
+        (void)process_exist("ospfd", kKill);
+        // Only ripd is asked for, on purpose: a running nhrpd does not keep zebra.
+        if (process_exist("ripd", kFind) == 0) {
+            (void)process_exist("zebra", kKill);
+        }
+    }
+    replyOk();
+}
+
+void process_ospf_network(int32_t argc, char **argv) {
+    const Words words(argc, argv);
+    if (words.count() < kNetworkWords) {
+        return;
+    }
+    (void)record_log_act("frr_ospf:%d: process_ospf_network %s %s %s %s\n", __LINE__, words[0],
+                         words[1], words[2], words[3]);
+    const auto area = static_cast<uint32_t>(words.number(3));
+    for (const uint32_t instance : {kLanInstance, kWanInstance}) {
+        if (swOspfNetwork(1, words[1], words[2], area, flag(words.is(0, "add")), instance) != 0) {
+            (void)record_log_act("frr_ospf:%d: process_ospf_network failed.\n\n", __LINE__);
+        }
+    }
+    replyOk();
+}
 
 void process_ospf_interface(int32_t argc, char **argv) {
     const Words words(argc, argv);
     if (argc == kInterfaceShowWords) {
+        if (words.count() == argc && words.is(0, "show")) {
+            showInterfaces();
+        }
         return;
     }
     (void)record_log_act("frr_ospf:%d: process_ospf_interface %d\n", __LINE__, argc);
@@ -102,3 +180,49 @@ void process_ospf_interface(int32_t argc, char **argv) {
         setByKeyword(interface, words);
     }
 }
+
+// Writes no reply, on purpose: the replay of the stored configuration calls it as well.
+void process_ospf_advertise_cfg(int32_t argc, char **argv) {
+    const Words words(argc, argv);
+    if (words.count() < kAdvertiseWords) {
+        return;
+    }
+    logFailure(swOspfOrignate(kNoVrf, flag(words.is(1, kEnableWord)), words.number(2), kGiven,
+                              words.number(3), kGiven, flag(words.is(0, kEnableWord))),
+               "swOspfOrignate");
+}
+
+void process_ospf_ospf_cfg(int32_t argc, char **argv) {
+    const Words words(argc, argv);
+    if (words.count() < kProcessWords) {
+        return;
+    }
+    frruci::ospf::applyProcessOptions(
+        {words[0], words[1], words[2], words[3], words[4], words[5], words[6]}, logFailure);
+    replyOk();
+}
+
+void process_ospf_neighbor(void) {
+    showRows("neighbor", kNeighborPipe);
+}
+
+void process_ospf_lsdb(void) {
+    showRows("database", kDatabasePipe);
+}
+
+namespace frruci::ospf {
+
+void applyProcessOptions(const ProcessOptions &options, FailureLog log) {
+    using common::number;
+    log(swOspfdistance(kNoVrf, kSet, number(options.distance)), "swOspfdistance");
+    log(swOspfRfc1583Compa(kNoVrf, flag(equals(options.rfcCompatible, kEnableWord))),
+        "rfc1583_compatile");
+    log(swOspfTimerThrottleSpf(kNoVrf, kSet, number(options.spfDelay),
+                               number(options.spfInitialHold), number(options.spfMaximumHold)),
+        "swOspfTimerThrottleSpf");
+    log(swOspfMaxPaths(kNoVrf, kSet, number(options.maximumPaths)), "swOspfMaxPaths");
+    log(swOspfPassiveInterface(kNoVrf, flag(equals(options.passiveDefault, kEnableWord))),
+        "swOspfPassiveInterface");
+}
+
+} // namespace frruci::ospf

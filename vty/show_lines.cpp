@@ -6,9 +6,6 @@
 #include "ospf/frr_ospf.h"
 #include "rip/frr_rip.h"
 
-// Hooks that the displays of the two protocols fill.
-[[gnu::weak]] void handle_ospf_show(char *, uint32_t, uint32_t) {}
-
 namespace frruci::vty {
 
 namespace {

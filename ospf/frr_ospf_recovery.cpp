@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: Apache-2.0
+// Replays the stored OSPF configuration into the daemons, through the same builders and commands
+// that the front-end's handlers use.
+
+#include "ospf/frr_ospf_recovery.h"
+
+#include <array>
+#include <uci.h>
+
+#include "common/front_end.h"
+#include "common/frr_uci.h"
+#include "common/text.h"
+#include "ospf/frr_ospf.h"
+#include "ospf/frr_ospf_process.h"
+#include "ospf/frr_ospf_settings.h"
+#include "ospf/sw_ospf.h"
+
+namespace {
+
+using frruci::common::equals;
+using frruci::common::number;
+using frruci::ospf::kNoVrf;
+using frruci::ospf::kWanWord;
+
+constexpr const char *kPackage = "ospf";
+constexpr int32_t kSet = 1;
+constexpr uint32_t kLanInstance = 0;
+constexpr uint32_t kWanInstance = 1;
+constexpr std::size_t kValueBytes = 64;
+
+using Value = std::array<char, kValueBytes>;
+
+void logFailure(uint32_t status, const char *what) {
+    if (status != 0) {
+        (void)record_log_act("frr_ospf_recovery:%d:  ret=%d, %s\n", __LINE__,
+                             static_cast<int32_t>(status), what);
+    }
+}
+
+// One wording for every builder, on purpose: support tools look for it.
+void logInterfaceFailure(uint32_t status) {
+    logFailure(status, "ip_ospf_cost, failed");
+}
+
+/// An option of a named section; empty when it is missing.
+Value read(const char *section, const char *option) {
+    Value value = {};
+    logFailure(
+        static_cast<uint32_t>(frr_uci_get(kPackage, section, option, value.data(), kValueBytes)),
+        "frr_uci_get");
+    return value;
+}
+
+template <std::size_t N>
+std::array<Value, N> readAll(const char *section, const std::array<const char *, N> &options) {
+    std::array<Value, N> values = {};
+    for (std::size_t i = 0; i < N; ++i) {
+        values[i] = read(section, options[i]);
+    }
+    return values;
+}
+
+/// An option inside a section that is being visited; null when it is missing or a list.
+const char *optionText(uci_context *context, uci_section *section, const char *option) {
+    uci_element *element = nullptr;
+    if (uci_lookup_next(context, &element, &section->options, option) != UCI_OK) {
+        return nullptr;
+    }
+    const auto *found = reinterpret_cast<uci_option *>(element); // its first member
+    return found->type == UCI_TYPE_STRING ? found->v.string : nullptr;
+}
+
+/// One interface section under replay.
+struct StoredInterface {
+    const char *text(const char *option) const { return optionText(context, section, option); }
+
+    /// A missing option counts as 0, on purpose: it is sent as it is, and the daemon judges.
+    int32_t value(const char *option) const {
+        const char *stored = text(option);
+        return stored == nullptr ? 0 : number(stored);
+    }
+
+    uci_context *context;
+    uci_section *section;
+    const char *name = nullptr;
+    int32_t wan = 0;
+};
+
+void replayNumbers(const StoredInterface &stored) {
+    for (const auto &keyword : frruci::ospf::interfaceKeywords()) {
+        const int32_t value = stored.value(keyword.word);
+        // A fresh daemon has no passive interface to unset, so only 1 is sent.
+        if (equals(keyword.word, frruci::ospf::kPassiveWord) && value != 1) {
+            continue;
+        }
+        logInterfaceFailure(keyword.apply(stored.name, stored.wan, value));
+    }
+}
+
+uint32_t replayAuthentication(const StoredInterface &stored) {
+    const int32_t type = stored.value(frruci::ospf::kAuthenticationWord);
+    logInterfaceFailure(ip_ospf_auth(kNoVrf, stored.name, stored.wan, kSet, type));
+    switch (type) {
+    case frruci::ospf::kSimplePassword:
+        return ip_ospf_auth_key(kNoVrf, stored.name, stored.wan, kSet, stored.text("simple_key"));
+    case frruci::ospf::kMessageDigest:
+        return ip_ospf_auth_md5key(kNoVrf, stored.name, stored.wan, kSet,
+                                   stored.value("md5_key_id"), stored.text("md5_key"));
+    default:
+        return 0;
+    }
+}
+
+} // namespace
+
+int32_t ospf_cfg_recovery(void) {
+    (void)record_log_act("frr_ospf_recovery:%d: ospf_cfg_recovery begin\n", __LINE__);
+    const Value status = read("global", "status");
+    if (equals(status.data(), "on")) {
+        // Daemons and instances first: what follows is configured in them.
+        ospf_recovery_process();
+        ospf_recovery_adv_cfg();
+        ospf_recovery_ospf_cfg();
+        ospf_recovery_network();
+        ospf_recovery_interface();
+    }
+    return record_log_act("frr_ospf_recovery:%d: ospf_cfg_recovery end\n", __LINE__);
+}
+
+void ospf_recovery_process(void) {
+    const Value routerId = read("global", "router_id");
+    (void)ospf_enable(routerId.data()); // a daemon that does not start fails what follows
+}
+
+void ospf_recovery_adv_cfg(void) {
+    auto values = readAll<4>("advertise_cfg", {"originate", "always", "metric", "metric_type"});
+    char *words[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data(),
+                     nullptr};
+    process_ospf_advertise_cfg(static_cast<int32_t>(values.size()), words);
+}
+
+void ospf_recovery_ospf_cfg(void) {
+    const auto values =
+        readAll<7>("ospf_cfg", {"distance", "rfc_compatible", "spf_delay", "spf_hold_init",
+                                "spf_hold_max", "max_path", "passive_def"});
+    frruci::ospf::applyProcessOptions({values[0].data(), values[1].data(), values[2].data(),
+                                       values[3].data(), values[4].data(), values[5].data(),
+                                       values[6].data()},
+                                      logFailure);
+}
+
+void ospf_recovery_network(void) {
+    frr_uci_foreach_section(kPackage, "network", ospf_recovery_network_from_section);
+}
+
+void ospf_recovery_interface(void) {
+    frr_uci_foreach_section(kPackage, "interface", ospf_recovery_interface_from_section);
+}
+
+int32_t ospf_recovery_network_from_section(uci_context *context, uci_section *section) {
+    const char *area = optionText(context, section, "area_id");
+    const char *mask = optionText(context, section, "wildcard_mask");
+    const char *address = optionText(context, section, "ip");
+    if (area == nullptr || mask == nullptr || address == nullptr) {
+        return 0;
+    }
+    for (const uint32_t instance : {kLanInstance, kWanInstance}) {
+        // A refused statement keeps neither the other instance nor the next section from theirs.
+        (void)swOspfNetwork(kNoVrf, address, mask, static_cast<uint32_t>(number(area)), kSet,
+                            instance);
+    }
+    return 0;
+}
+
+int32_t ospf_recovery_interface_from_section(uci_context *context, uci_section *section) {
+    StoredInterface stored = {context, section};
+    stored.name = stored.text("interface");
+    if (stored.name == nullptr) {
+        return 0;
+    }
+    const char *side = stored.text("ns");
+    stored.wan = side != nullptr && equals(side, kWanWord) ? 1 : 0;
+    (void)record_log_act(
+        "frr_ospf_recovery:%d: ospf_recovery_interface_from_section, interface is %s\n", __LINE__,
+        stored.name);
+    replayNumbers(stored);
+    return static_cast<int32_t>(replayAuthentication(stored));
+}
