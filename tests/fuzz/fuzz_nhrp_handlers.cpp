@@ -2,6 +2,7 @@
 // Any argument vector for any NHRP handler. The input is lines: the handler's letter (i, g or s),
 // what argc says more than there are words, then a word each; "~" alone is a null entry.
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -48,10 +49,9 @@ void read(const unsigned char *data, std::size_t size, Request &request) {
 
 /// What argc says: any number, but not more than there are entries to look at.
 int32_t argcOf(const Request &request) {
-    const long argc = request.count + (request.more < INT32_MIN ? INT32_MIN : request.more);
-    return static_cast<int32_t>(argc > kMaxWords + kSpare - 1
-                                    ? kMaxWords + kSpare - 1
-                                    : (argc < INT32_MIN ? INT32_MIN : argc));
+    const long more = std::clamp(request.more, long{INT32_MIN}, long{INT32_MAX});
+    const long argc = std::clamp(request.count + more, long{INT32_MIN}, long{kMaxWords});
+    return static_cast<int32_t>(argc);
 }
 
 /// One session at the most, and one reply where one is due.
