@@ -15,6 +15,21 @@ bool isSpace(char c) {
     return isBlank(c) || c == '\n';
 }
 
+/// Blanks and the characters with a meaning of their own; NUL is refused.
+bool endsBare(char c) {
+    switch (c) {
+    case '\'':
+    case '"':
+    case '\\':
+    case '#':
+    case ';':
+    case '\0':
+        return true;
+    default:
+        return isSpace(c);
+    }
+}
+
 } // namespace
 
 /// Length of the backslash and line end that stand here and join two lines; 0 if others do.
@@ -60,9 +75,11 @@ bool Words::skipToCommand() {
 
 bool Words::command(Text &word) {
     word.clear();
+    const char *from = at_;
     while (!atEnd() && !isSpace(*at_)) {
-        word.append(*at_++);
+        ++at_;
     }
+    word.append(from, static_cast<std::size_t>(at_ - from));
     return !atEnd() && (*at_ == ' ' || *at_ == '\t');
 }
 
@@ -104,9 +121,18 @@ bool Words::takePiece(Text &word) {
         takeEscaped(word);
         return true;
     default:
-        word.append(*at_);
-        return *at_++ != '\0';
+        return takeBare(word);
     }
+}
+
+/// Characters without a meaning of their own, at least one.
+bool Words::takeBare(Text &word) {
+    const char *from = at_;
+    while (!atEnd() && !endsBare(*at_)) {
+        ++at_;
+    }
+    word.append(from, static_cast<std::size_t>(at_ - from));
+    return at_ != from; // only a NUL can stand here
 }
 
 bool Words::takeSingleQuoted(Text &word) {

@@ -40,6 +40,7 @@ private:
     void skipToLineEnd();
     Token takeWord(Text &word);
     bool takePiece(Text &word);
+    bool takeBare(Text &word);
     bool takeSingleQuoted(Text &word);
     bool takeDoubleQuoted(Text &word);
     void takeEscaped(Text &word);
