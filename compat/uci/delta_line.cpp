@@ -98,7 +98,11 @@ bool applyListAdd(Work &work) {
         work.target.section == nullptr || work.line.option == nullptr) {
         return false;
     }
-    return appendItem(work.target.section, work.line.option, work.line.value) == UCI_OK;
+    uci_option *option = work.target.option;
+    if (option == nullptr) {
+        option = appendListOption(work.target.section, work.line.option);
+    }
+    return option != nullptr && appendItem(option, work.line.value) == UCI_OK;
 }
 
 bool applyListRemove(Work &work) {

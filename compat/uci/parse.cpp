@@ -3,6 +3,7 @@
 
 #include "parse.h"
 
+#include "name_index.h"
 #include "records.h"
 #include "words.h"
 
@@ -14,7 +15,8 @@ namespace {
 struct Reading {
     uci_package *package;
     uci_section *section; ///< where options go; null before the first config
-    Text words[2];        ///< arguments of the current command; missing ones are empty
+    NameIndex names;
+    Text words[2]; ///< arguments of the current command; missing ones are empty
 };
 
 int readPackage(Reading &reading) {
@@ -28,13 +30,29 @@ int readConfig(Reading &reading) {
     if (!isWord(type) || (*name != '\0' && !isName(name))) {
         return UCI_ERR_PARSE;
     }
-    uci_element *known = *name == '\0' ? nullptr : findFirst(reading.package->sections, name);
+    const uci_list *sections = &reading.package->sections;
+    uci_element *known = *name == '\0' ? nullptr : reading.names.find(sections, name);
     if (known != nullptr) {
         reading.section = sectionOf(known);
         return strcmp(reading.section->type, type) == 0 ? UCI_OK : UCI_ERR_PARSE;
     }
     reading.section = appendSection(reading.package, type, *name == '\0' ? nullptr : name);
-    return reading.section != nullptr ? UCI_OK : UCI_ERR_MEM;
+    if (reading.section == nullptr || !reading.names.add(sections, &reading.section->e)) {
+        return UCI_ERR_MEM;
+    }
+    return UCI_OK;
+}
+
+/// The section's option of that name; null if there is none.
+uci_option *knownOption(const Reading &reading, const char *name) {
+    uci_element *known = reading.names.find(&reading.section->options, name);
+    return known == nullptr ? nullptr : optionOf(known);
+}
+
+/// Notes a new option; null, made without memory, is handed on.
+uci_option *note(Reading &reading, uci_option *made) {
+    const bool noted = made != nullptr && reading.names.add(&reading.section->options, &made->e);
+    return noted ? made : nullptr;
 }
 
 int readOption(Reading &reading) {
@@ -46,11 +64,12 @@ int readOption(Reading &reading) {
     if (*value == '\0') {
         return UCI_OK; // an empty value is no value
     }
-    uci_element *known = findFirst(reading.section->options, name);
-    if (known != nullptr) {
-        return setString(optionOf(known), value);
+    uci_option *option = knownOption(reading, name);
+    if (option != nullptr) {
+        return setString(option, value);
     }
-    return appendOption(reading.section, name, value) != nullptr ? UCI_OK : UCI_ERR_MEM;
+    option = note(reading, appendOption(reading.section, name, value));
+    return option != nullptr ? UCI_OK : UCI_ERR_MEM;
 }
 
 int readList(Reading &reading) {
@@ -58,7 +77,11 @@ int readList(Reading &reading) {
     if (reading.section == nullptr || !isName(name)) {
         return UCI_ERR_PARSE;
     }
-    return appendItem(reading.section, name, reading.words[1].data());
+    uci_option *option = knownOption(reading, name);
+    if (option == nullptr) {
+        option = note(reading, appendListOption(reading.section, name));
+    }
+    return option != nullptr ? appendItem(option, reading.words[1].data()) : UCI_ERR_MEM;
 }
 
 struct Command {
@@ -113,7 +136,7 @@ int takeArguments(Words &words, Reading &reading, std::size_t atMost) {
 
 int parsePackage(uci_package *package, const char *text, std::size_t length) {
     Words words(text, length);
-    Reading reading = {package, nullptr, {}};
+    Reading reading = {package, nullptr, {}, {}};
     Text word;
     while (words.skipToCommand()) {
         const bool whole = words.command(word);

@@ -95,18 +95,6 @@ int toList(uci_option *option) {
     return UCI_OK;
 }
 
-/// An empty list option at the end of the section.
-uci_option *appendListOption(uci_section *section, const char *name) {
-    auto *option = newRecord<uci_option>(UCI_TYPE_OPTION, name);
-    if (option != nullptr) {
-        option->type = UCI_TYPE_LIST;
-        initList(option->v.list);
-        option->section = section;
-        insertBefore(section->options, option->e.list);
-    }
-    return option;
-}
-
 } // namespace
 
 void initList(uci_list &head) {
@@ -258,10 +246,19 @@ int setString(uci_option *option, const char *value) {
     return UCI_OK;
 }
 
-int appendItem(uci_section *section, const char *name, const char *value) {
-    uci_element *found = findFirst(section->options, name);
-    uci_option *option = found != nullptr ? optionOf(found) : appendListOption(section, name);
-    if (option == nullptr || (option->type == UCI_TYPE_STRING && toList(option) != UCI_OK)) {
+uci_option *appendListOption(uci_section *section, const char *name) {
+    auto *option = newRecord<uci_option>(UCI_TYPE_OPTION, name);
+    if (option != nullptr) {
+        option->type = UCI_TYPE_LIST;
+        initList(option->v.list);
+        option->section = section;
+        insertBefore(section->options, option->e.list);
+    }
+    return option;
+}
+
+int appendItem(uci_option *option, const char *value) {
+    if (option->type == UCI_TYPE_STRING && toList(option) != UCI_OK) {
         return UCI_ERR_MEM;
     }
     uci_element *item = newItem(value);

@@ -64,8 +64,10 @@ uci_option *appendOption(uci_section *section, const char *name, const char *val
 void freeOption(uci_option *option);
 /// Makes the option that one text; a list loses its items.
 int setString(uci_option *option, const char *value);
-/// Appends to the option of that name; a single text becomes the list's first item.
-int appendItem(uci_section *section, const char *name, const char *value);
+/// An empty list option at the end of the section.
+uci_option *appendListOption(uci_section *section, const char *name);
+/// Appends to the option; a single text becomes the list's first item.
+int appendItem(uci_option *option, const char *value);
 /// Removes every item of that text.
 void removeItems(uci_option *option, const char *value);
 int renameElement(uci_element &element, const char *name);
