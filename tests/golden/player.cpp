@@ -237,7 +237,7 @@ private:
     stage::Stage stage_;
     uint64_t result_ = 0;
     bool passed_ = true;
-    char scratch_[kScratchBytes] = {};
+    alignas(std::max_align_t) char scratch_[kScratchBytes] = {};
 };
 
 constexpr Player::Keyword Player::kKeywords[] = {
