@@ -28,9 +28,11 @@ protected:
         ASSERT_EQ(swRipInit(), 0U);
         ASSERT_EQ(swOspfInit(), 0U);
     }
+    /// A killed process is listed, and counts for the library, until its parent has taken note.
     void TearDown() override {
         for (const char *daemon : {"ospfd", "ripd", "zebra"}) {
             EXPECT_TRUE(router.stop(daemon)) << daemon;
+            EXPECT_TRUE(waitFor([daemon] { return process_exist(daemon, 0) == 0; })) << daemon;
         }
     }
 
@@ -122,7 +124,6 @@ TEST_F(Services, ZebraIsStartedOnceAndEndsByKill) {
     EXPECT_EQ(process_exist("zebra", 0), 1);
     EXPECT_EQ(router.processCount("zebra"), 1); // counting kills nobody
     EXPECT_EQ(process_exist("zebra", 1), 1);
-    // A killed process is listed until its parent has taken note.
     EXPECT_TRUE(waitFor([] { return process_exist("zebra", 0) == 0; }));
     EXPECT_EQ(router.processCount("zebra"), 0);
 }
