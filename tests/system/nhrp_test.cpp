@@ -1,0 +1,369 @@
+// SPDX-License-Identifier: Apache-2.0
+// NHRP on a real nhrpd and zebra: what reaches their running configuration, what they refuse, the
+// cache, and daemons that are not there.
+
+#include <cerrno>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <functional>
+#include <gtest/gtest.h>
+#include <iterator>
+#include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "host/json.h"
+#include "nhrp/frr_nhrp.h"
+#include "nhrp/sw_nhrp.h"
+#include "tests/support/real_daemons.h"
+
+namespace {
+
+/// Called before each connection that the library makes; empty most of the time.
+std::function<void()> beforeConnect;
+
+} // namespace
+
+// Takes the C library's place, to let something happen between store write and delivery.
+extern "C" int connect(int fd, const sockaddr *address, socklen_t length) {
+    if (beforeConnect) {
+        std::exchange(beforeConnect, nullptr)();
+    }
+    const long result = syscall(SYS_connect, fd, address, length);
+    return static_cast<int>(result);
+}
+
+namespace {
+
+using routers::Reply;
+using routers::ReplyPipe;
+using routers::Router;
+using routers::waitFor;
+
+using Words = std::vector<std::string>;
+
+constexpr const char *kStore = "/etc/config/nhrp";
+constexpr const char *kHeading = "interface tun0";
+
+void call(void (*handler)(int32_t, char **), Words words) {
+    std::vector<char *> vector;
+    for (std::string &word : words) {
+        vector.push_back(word.data());
+    }
+    vector.push_back(nullptr);
+    handler(static_cast<int32_t>(words.size()), vector.data());
+}
+
+std::string storeText() {
+    std::ifstream file(kStore);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+bool storeHas(const std::string &option, const std::string &value) {
+    return storeText().find("\toption " + option + " '" + value + "'\n") != std::string::npos;
+}
+
+bool hasLine(const std::string &text, const std::string &line) {
+    return ("\n" + text).find("\n" + line + "\n") != std::string::npos;
+}
+
+/// A phrase of tun0 that the daemons know, the line that it leaves in a running configuration, and
+/// the option in the store.
+struct Known {
+    Words words;
+    std::string daemon;
+    std::string line;
+    std::string option;
+    std::string value;
+};
+
+const std::vector<Known> &knownPhrases() {
+    static const std::vector<Known> kAll = {
+        {{"ip", "address", "10.9.0.1/24"},
+         "zebra",                                                         "ip address 10.9.0.1/24",
+         "zebra_address",                                                                                                             "10.9.0.1/24"},
+        {{"ip", "nhrp", "network-id", "5"},                      "nhrpd", "ip nhrp network-id 5",                   "network_id",     "5"          },
+        {{"ip", "nhrp", "redirect"},                             "nhrpd", "ip nhrp redirect",                       "redirect",       "1"          },
+        {{"ip", "nhrp", "shortcut"},                             "nhrpd", "ip nhrp shortcut",                       "shortcut",       "1"          },
+        {{"ip", "nhrp", "registration", "no-unique"},
+         "nhrpd",                                                         "ip nhrp registration no-unique",
+         "registration_nounique",                                                                                                     "1"          },
+        {{"ip", "nhrp", "nhs", "dynamic", "nbma", "10.1.2.3"},
+         "nhrpd",                                                         "ip nhrp nhs dynamic nbma 10.1.2.3",
+         "nhs_nbma",                                                                                                                  "10.1.2.3"   },
+        {{"ip", "nhrp", "map", "multicast", "10.1.2.4"},
+         "nhrpd",                                                         "ip nhrp map multicast 10.1.2.4",
+         "map_multicast",                                                                                                             "10.1.2.4"   },
+        {{"tunnel", "protection", "vici", "profile", "overlay"},
+         "nhrpd",                                                         "tunnel protection vici profile overlay",
+         "ipsec_profile",                                                                                                             "overlay"    },
+        {{"tunnel", "source", "eth0.2"},                         "nhrpd", "tunnel source eth0.2",                   "ipsec_source",   "eth0.2"     },
+        {{"no", "link-detect"},                                  "zebra", "no link-detect",                         "no_link_detect", "1"          },
+    };
+    return kAll;
+}
+
+/// The phrases that take one of those away.
+const std::vector<Known> &negatedPhrases() {
+    static const std::vector<Known> kAll = {
+        {{"no", "ip", "address", "10.9.0.1/24"},
+         "zebra",                                                             "ip address 10.9.0.1/24",
+         "zebra_address",                                                                                                      "0"},
+        {{"no", "ip", "nhrp", "shortcut"},                           "nhrpd", "ip nhrp shortcut",                  "shortcut", "0"},
+        {{"no", "ip", "nhrp", "nhs", "dynamic", "nbma", "10.1.2.3"},
+         "nhrpd",                                                             "ip nhrp nhs dynamic nbma 10.1.2.3",
+         "nhs_nbma",                                                                                                           "0"},
+        {{"no", "ip", "nhrp", "map", "multicast", "10.1.2.4"},
+         "nhrpd",                                                             "ip nhrp map multicast 10.1.2.4",
+         "map_multicast",                                                                                                      "0"},
+    };
+    return kAll;
+}
+
+class Nhrp : public testing::Test {
+protected:
+    void SetUp() override {
+        std::ofstream(kStore) << "config nhrp 'sdwan'\n";
+        ASSERT_TRUE(router_.start("zebra") && router_.start("nhrpd"));
+    }
+    void TearDown() override { EXPECT_TRUE(router_.stop("nhrpd") && router_.stop("zebra")); }
+
+    /// What the handler replied to a phrase of tun0.
+    std::string set(const Words &phrase) {
+        Words words = {"x", "tun0"};
+        words.insert(words.end(), phrase.begin(), phrase.end());
+        call(process_nhrp_interface, words);
+        return reply_.take();
+    }
+    std::string setGlobal(const std::string &keyword, const std::string &value) {
+        call(process_nhrp_global, {"x", keyword, value});
+        return reply_.take();
+    }
+    std::string showCache() {
+        call(process_nhrp_show, {"x", "ip", "nhrp", "cache"});
+        return cache_.take();
+    }
+    bool isConfigured(const Known &known) const {
+        return hasLine(router_.block(known.daemon, kHeading), " " + known.line);
+    }
+
+    /// A static cache entry, which needs no peer.
+    void map(int entry) const {
+        const std::string host = std::to_string(entry);
+        ASSERT_EQ(0, router_
+                         .configure("nhrpd",
+                                    {kHeading, "ip nhrp map 172.16.0." + host + " 10.1.2." + host})
+                         .code);
+    }
+
+    Router router_ = Router::first();
+    ReplyPipe reply_{"/tmp/tmp/nhrp_pipe_c2lua"};
+    ReplyPipe cache_{"/tmp/tmp/nhrp_pipe_c2lua_cache"};
+};
+
+// ---------------------------------------------------------------- settings
+
+TEST_F(Nhrp, KnownPhrasesShowInTheRunningConfigurationOfTheirDaemon) {
+    for (const Known &known : knownPhrases()) {
+        SCOPED_TRACE(known.line);
+        ASSERT_FALSE(isConfigured(known));
+        EXPECT_EQ("ok", set(known.words));
+        EXPECT_TRUE(isConfigured(known));
+        EXPECT_TRUE(storeHas(known.option, known.value));
+        const std::string other = known.daemon == "zebra" ? "nhrpd" : "zebra";
+        EXPECT_FALSE(hasLine(router_.block(other, kHeading), " " + known.line));
+    }
+    EXPECT_TRUE(storeHas("interface", "tun0"));
+    EXPECT_NE(router_.output("ip -o address show tun0").find("10.9.0.1/24"), std::string::npos);
+}
+
+TEST_F(Nhrp, NegatedPhrasesTakeThemAway) {
+    for (const Known &known : knownPhrases()) {
+        ASSERT_EQ("ok", set(known.words));
+    }
+    for (const Known &negated : negatedPhrases()) {
+        SCOPED_TRACE(negated.line);
+        ASSERT_TRUE(isConfigured(negated));
+        EXPECT_EQ("ok", set(negated.words));
+        EXPECT_FALSE(isConfigured(negated));
+        EXPECT_TRUE(storeHas(negated.option, negated.value));
+    }
+}
+
+TEST_F(Nhrp, RedirectStaysWhateverIsAsked) {
+    ASSERT_EQ("ok", set({"ip", "nhrp", "redirect"}));
+    EXPECT_EQ("ok", set({"no", "ip", "nhrp", "redirect"}));
+    EXPECT_TRUE(hasLine(router_.block("nhrpd", kHeading), " ip nhrp redirect"));
+    EXPECT_TRUE(storeHas("redirect", "1"));
+}
+
+TEST_F(Nhrp, TunnelLinksAreUnknownToThisDaemon) {
+    const std::string before = router_.runningConfig("nhrpd");
+    for (const char *verb : {"add", "connect", "del"}) {
+        EXPECT_EQ("fail", set({"tunnel", verb, "hub", "spoke"})) << verb;
+    }
+    EXPECT_EQ(before, router_.runningConfig("nhrpd"));
+    EXPECT_EQ("config nhrp 'sdwan'\n", storeText());
+}
+
+TEST_F(Nhrp, RefusedValuesAreStoredAndReplyFail) {
+    const std::vector<Known> refused = {
+        {{"ip", "address", "10.9.0.999/24"},                "zebra", "", "zebra_address", "10.9.0.999/24"},
+        {{"ip", "nhrp", "network-id", "none"},              "nhrpd", "", "network_id",    "none"         },
+        {{"ip", "nhrp", "nhs", "dynamic", "nbma", "a b c"}, "nhrpd", "", "nhs_nbma",      "a b c"        },
+        {{"ip", "nhrp", "map", "multicast", "everyone"},    "nhrpd", "", "map_multicast", "everyone"     },
+        {{"tunnel", "source", "eth0.2 twice"},              "nhrpd", "", "ipsec_source",  "eth0.2 twice" },
+    };
+    for (const Known &phrase : refused) {
+        SCOPED_TRACE(phrase.option);
+        const std::string before = router_.runningConfig(phrase.daemon);
+        EXPECT_EQ("fail", set(phrase.words));
+        EXPECT_TRUE(storeHas(phrase.option, phrase.value));
+        EXPECT_EQ(before, router_.runningConfig(phrase.daemon));
+    }
+}
+
+TEST_F(Nhrp, WordsOf300CharactersAreCutAndDoNoHarm) {
+    const std::string word(300, 'w');
+    EXPECT_EQ("fail", set({"ip", "nhrp", "network-id", word}));
+    EXPECT_EQ("fail", set({"tunnel", "add", word, word}));
+    EXPECT_EQ("ok", set({"tunnel", word, "a", "b"}));
+    EXPECT_EQ("ok", set({"tunnel", "protection", "vici", "profile", word}));
+    const std::string line = "tunnel protection vici profile " + word;
+    EXPECT_TRUE(hasLine(router_.block("nhrpd", kHeading), " " + line.substr(0, 255)));
+    EXPECT_TRUE(storeHas("ipsec_profile", word));
+    EXPECT_TRUE(router_.answers("nhrpd"));
+}
+
+TEST_F(Nhrp, GlobalGroupsShowInTheRunningConfiguration) {
+    EXPECT_EQ("ok", setGlobal("nflog-group", "3"));
+    EXPECT_EQ("ok", setGlobal("multicast-nflog-group", "224"));
+    const std::string config = router_.runningConfig("nhrpd");
+    EXPECT_TRUE(hasLine(config, "nhrp nflog-group 3"));
+    EXPECT_TRUE(hasLine(config, "nhrp multicast-nflog-group 224"));
+    EXPECT_TRUE(storeHas("nflog_group", "3") && storeHas("multicast_nflog_group", "224"));
+    EXPECT_EQ("fail", setGlobal("nflog-group", "70000"));
+    EXPECT_TRUE(hasLine(router_.runningConfig("nhrpd"), "nhrp nflog-group 3"));
+    EXPECT_TRUE(storeHas("nflog_group", "70000"));
+    EXPECT_FALSE(storeHas("interface", "tun0"));
+}
+
+TEST_F(Nhrp, TheNameAloneRestartsTheDaemon) {
+    ASSERT_EQ("ok", setGlobal("nflog-group", "3"));
+    const std::string before = router_.output("cat /var/nhrpd.pid");
+    call(process_nhrp_global, {"nhrp"});
+    EXPECT_EQ("ok", reply_.take());
+    ASSERT_TRUE(waitFor([&] {
+        const std::string now = router_.output("cat /var/nhrpd.pid");
+        return router_.answers("nhrpd") && now != before && router_.processCount("nhrpd") == 1;
+    }));
+    EXPECT_FALSE(hasLine(router_.runningConfig("nhrpd"), "nhrp nflog-group 3"));
+}
+
+// ---------------------------------------------------------------- the cache
+
+std::string withoutBlanks(std::string text) {
+    std::erase_if(text, [](char byte) { return byte == ' ' || byte == '\n'; });
+    return text;
+}
+
+TEST_F(Nhrp, TheCacheArrivesWholeAndIsJson) {
+    ASSERT_EQ(0, router_.run("ip link set tun0 up"));
+    ASSERT_EQ("ok", set({"ip", "nhrp", "network-id", "5"}));
+    int several = 0;
+    for (int entries = 0; entries <= 20; ++entries) {
+        SCOPED_TRACE(entries);
+        if (entries > 0) {
+            map(entries + 1);
+        }
+        const std::string wanted = "\"entriesCount\":" + std::to_string(entries) + "\n";
+        std::string text;
+        ASSERT_TRUE(waitFor([&] {
+            text = router_.vty("nhrpd", "show ip nhrp cache json").text;
+            return text.find(wanted) != std::string::npos;
+        }));
+        const std::size_t answer = text.size() + 4; // the marker and the code
+        if (answer % 256 == 0) {
+            continue; // the stream of such an answer waits for more, on purpose
+        }
+        const std::string streamed = showCache();
+        EXPECT_EQ(withoutBlanks(text), streamed);
+        EXPECT_TRUE(frruci::host::isCompleteJson(streamed.c_str()));
+        several += answer > 256 ? 1 : 0;
+    }
+    EXPECT_GE(several, 10); // most of them came in several chunks
+}
+
+TEST_F(Nhrp, TheHostProgramPrintsTheCache) {
+    ASSERT_EQ(0, router_.run("ip link set tun0 up"));
+    ASSERT_EQ("ok", set({"ip", "nhrp", "network-id", "5"}));
+    map(9);
+    EXPECT_EQ("{\"attr\":{\"entriesCount\":1},\"table\":[{\"interface\":\"tun0\",\"type\":"
+              "\"static\",\"protocol\":\"172.16.0.9\",\"nbma\":\"10.1.2.9\",\"claimed_nbma\":"
+              "\"-\",\"used\":false,\"timeout\":false,\"auth\":false,\"identity\":\"\"}]}\n",
+              router_.output(FRRUCI_HOST " show nhrp-cache"));
+}
+
+TEST_F(Nhrp, AnythingButTheCacheIsAnEmptyLine) {
+    EXPECT_EQ(0U, swNhrpShow(0, "nhs"));
+    EXPECT_EQ("", cache_.take()); // a daemon answers an empty line with nothing
+}
+
+// ---------------------------------------------------------------- daemons that are not there
+
+TEST_F(Nhrp, WithoutNhrpdTheSettingIsStoredAndTheReplyIsFail) {
+    ASSERT_TRUE(router_.stop("nhrpd"));
+    EXPECT_EQ("fail", set({"ip", "nhrp", "network-id", "5"}));
+    EXPECT_TRUE(storeHas("network_id", "5") && storeHas("interface", "tun0"));
+    EXPECT_EQ("fail", setGlobal("nflog-group", "3"));
+    EXPECT_TRUE(storeHas("nflog_group", "3"));
+    EXPECT_EQ("", showCache());
+    EXPECT_EQ(1U, swNhrpShow(0, "cache"));
+    EXPECT_EQ("ok", set({"ip", "address", "10.9.0.1/24"})); // zebra's
+}
+
+TEST_F(Nhrp, KilledBetweenStoreAndDeliveryTheReplyIsFail) {
+    bool storedBefore = false;
+    beforeConnect = [&] {
+        storedBefore = storeHas("network_id", "5");
+        EXPECT_TRUE(router_.stop("nhrpd"));
+    };
+    EXPECT_EQ("fail", set({"ip", "nhrp", "network-id", "5"}));
+    EXPECT_FALSE(beforeConnect) << "nothing was connected";
+    EXPECT_TRUE(storedBefore);
+    EXPECT_TRUE(storeHas("network_id", "5"));
+    ASSERT_TRUE(router_.start("nhrpd"));
+    EXPECT_EQ("ok", set({"ip", "nhrp", "network-id", "6"}));
+    EXPECT_TRUE(storeHas("network_id", "6"));
+}
+
+TEST_F(Nhrp, ARunningDaemonIsCountedAndNotStarted) {
+    const std::string before = router_.output("cat /var/nhrpd.pid");
+    EXPECT_EQ(1, nhrp_enable());
+    EXPECT_EQ(before, router_.output("cat /var/nhrpd.pid"));
+}
+
+constexpr int kNoSuchCommand = 127 << 8; // the shell's status
+
+TEST_F(Nhrp, AStartBringsUpZebraAndThenTheLauncher) {
+    ASSERT_TRUE(router_.stop("nhrpd") && router_.stop("zebra"));
+    EXPECT_EQ(kNoSuchCommand, nhrp_enable()); // no launcher "nhrp" on this router
+    EXPECT_TRUE(router_.answers("zebra"));
+    EXPECT_EQ(0, router_.processCount("nhrpd"));
+
+    ASSERT_EQ(0, mkdir("/tmp/launcher", 0755));
+    std::ofstream("/tmp/launcher/nhrp") << "#!/bin/sh\nexec nhrpd \"$@\"\n";
+    ASSERT_EQ(0, chmod("/tmp/launcher/nhrp", 0755));
+    const std::string path = std::string("/tmp/launcher:") + getenv("PATH");
+    ASSERT_EQ(0, setenv("PATH", path.c_str(), 1));
+    EXPECT_EQ(0, nhrp_enable());
+    EXPECT_TRUE(waitFor([&] { return router_.answers("nhrpd"); }));
+    EXPECT_EQ(1, nhrp_enable());
+}
+
+} // namespace
