@@ -8,6 +8,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <initializer_list>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -329,7 +330,9 @@ void Stage::answerAll(const char *daemon, const Answer &answer) {
 
 void Stage::deaf(const char *daemon) {
     const WorldLock lock;
-    closeFd(world->listeners[daemonIndex(daemon)]);
+    int &listener = world->listeners[daemonIndex(daemon)];
+    shutdown(listener, SHUT_RDWR); // at once: the thread's poll holds a closed socket for a while
+    closeFd(listener);
     wakeThread();
 }
 
