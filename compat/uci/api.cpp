@@ -103,6 +103,19 @@ int readFile(uci_context *context, const Source &source, const LockedFile &file,
     return UCI_OK;
 }
 
+/// Applies the saved deltas in memory; on failure the package is gone.
+int showPending(uci_package *&package) {
+    LockedFile deltas;
+    int applied = 0;
+    const int code = applySavedDeltas(package, deltas, O_RDONLY, LOCK_SH, applied);
+    if (code == UCI_ERR_MEM) {
+        freePackage(package);
+        package = nullptr;
+        return code;
+    }
+    return UCI_OK; // pending changes that cannot be read do not hide what is committed
+}
+
 int load(uci_context *context, const char *name, uci_package *&package) {
     Source source = {};
     int code = findSource(context, name, source);
@@ -117,13 +130,7 @@ int load(uci_context *context, const char *name, uci_package *&package) {
         return UCI_ERR_DUPLICATE;
     }
     code = readFile(context, source, file, package);
-    if (code == UCI_OK && package->has_delta) {
-        LockedFile deltas;
-        int applied = 0;
-        // Pending changes that cannot be read do not hide what is committed.
-        (void)applySavedDeltas(package, deltas, O_RDONLY, LOCK_SH, applied);
-    }
-    return code;
+    return code == UCI_OK && package->has_delta ? showPending(package) : code;
 }
 
 int writeFile(uci_package *package, const LockedFile &file) {

@@ -137,10 +137,7 @@ int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock
     }
     Text lines;
     code = file.read(lines);
-    if (code == UCI_OK) {
-        applied = applyDeltas(package, lines.data(), lines.size());
-    }
-    return code;
+    return code == UCI_OK ? applyDeltas(package, lines.data(), lines.size(), applied) : code;
 }
 
 } // namespace frruci::uci

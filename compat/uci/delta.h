@@ -22,8 +22,9 @@ int saveDeltas(uci_package *package);
 /// lines; applied tells how many could be. A missing file counts as empty.
 int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock, int &applied);
 
-/// Applies the lines of a delta file's text, skipping bad ones; returns how many were applied.
-int applyDeltas(uci_package *package, const char *text, std::size_t length);
+/// Applies the lines of a delta file's text, skipping bad ones; applied tells how many were not.
+/// Only memory can fail it: UCI_ERR_MEM.
+int applyDeltas(uci_package *package, const char *text, std::size_t length, int &applied);
 
 } // namespace frruci::uci
 

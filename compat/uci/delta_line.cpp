@@ -33,55 +33,62 @@ struct Work {
     Target target;
 };
 
-// The appliers tell whether the line could be applied.
+constexpr int kBadLine = UCI_ERR_INVAL;
 
-bool applyAdd(Work &work) {
+// The appliers give UCI_OK, UCI_ERR_MEM, or another code for a line that cannot be applied.
+
+int applyAdd(Work &work) {
     if (work.line.option != nullptr || work.line.value == nullptr || !isWord(work.line.value)) {
-        return false;
+        return kBadLine;
     }
     // Always a new one: two writers that add at the same time make up the same name.
     uci_section *section = appendSection(work.target.package, work.line.value, work.line.section);
-    if (section != nullptr) {
-        section->anonymous = true;
+    if (section == nullptr) {
+        return UCI_ERR_MEM;
     }
-    return section != nullptr;
+    section->anonymous = true;
+    return UCI_OK;
 }
 
 bool isFound(const Target &target) {
     return target.section != nullptr && (target.optionName == nullptr || target.option != nullptr);
 }
 
-bool applyRemove(Work &work) {
+int applyRemove(Work &work) {
     if (work.line.value != nullptr || !isFound(work.target)) {
-        return false;
+        return kBadLine;
     }
     removeTarget(work.target);
-    return true;
+    return UCI_OK;
 }
 
-bool applySet(Work &work) {
+int applySet(Work &work) {
     if (work.line.value == nullptr || !isStorable(work.line.value)) {
-        return false;
+        return kBadLine;
     }
     bool changed = false;
-    return setValue(work.target, work.line.value, changed) == UCI_OK;
+    return setValue(work.target, work.line.value, changed);
 }
 
-bool applyRename(Work &work) {
-    if (work.line.value == nullptr || !isName(work.line.value) || !isFound(work.target)) {
-        return false;
+int applyRename(Work &work) {
+    const char *name = work.line.value;
+    if (name == nullptr || !isName(name) || !isFound(work.target)) {
+        return kBadLine;
     }
-    if (work.target.option != nullptr) {
-        return renameElement(work.target.option->e, work.line.value) == UCI_OK;
+    uci_section *section = work.target.section;
+    uci_option *option = work.target.option;
+    // A second element of that name could not be read back.
+    if (findFirst(option != nullptr ? section->options : work.target.package->sections, name)) {
+        return kBadLine;
     }
-    work.target.section->anonymous = false;
-    return renameElement(work.target.section->e, work.line.value) == UCI_OK;
+    section->anonymous = section->anonymous && option != nullptr;
+    return renameElement(option != nullptr ? option->e : section->e, name);
 }
 
-bool applyReorder(Work &work) {
+int applyReorder(Work &work) {
     uci_section *section = work.target.section;
     if (work.line.value == nullptr || section == nullptr || work.line.option != nullptr) {
-        return false;
+        return kBadLine;
     }
     unlinkEntry(section->e.list);
     uci_list &sections = work.target.package->sections;
@@ -90,32 +97,32 @@ bool applyReorder(Work &work) {
         place = place->next;
     }
     insertBefore(*place, section->e.list);
-    return true;
+    return UCI_OK;
 }
 
-bool applyListAdd(Work &work) {
+int applyListAdd(Work &work) {
     if (work.line.value == nullptr || !isStorable(work.line.value) ||
         work.target.section == nullptr || work.line.option == nullptr) {
-        return false;
+        return kBadLine;
     }
     uci_option *option = work.target.option;
     if (option == nullptr) {
         option = appendListOption(work.target.section, work.line.option);
     }
-    return option != nullptr && appendItem(option, work.line.value) == UCI_OK;
+    return option != nullptr ? appendItem(option, work.line.value) : UCI_ERR_MEM;
 }
 
-bool applyListRemove(Work &work) {
+int applyListRemove(Work &work) {
     uci_option *option = work.target.option;
     if (work.line.value == nullptr || option == nullptr || option->type != UCI_TYPE_LIST) {
-        return false;
+        return kBadLine;
     }
     removeItems(option, work.line.value);
-    return true;
+    return UCI_OK;
 }
 
 /// In the order of Change.
-constexpr bool (*kAppliers[])(Work &work) = {
+constexpr int (*kAppliers[])(Work &work) = {
     applyAdd, applyRemove, applySet, applyRename, applyReorder, applyListAdd, applyListRemove,
 };
 static_assert(sizeof kMarks - 1 == sizeof kAppliers / sizeof kAppliers[0]);
@@ -168,10 +175,10 @@ void findRecords(Work &work, uci_package *package) {
     work.target.option = option == nullptr ? nullptr : optionOf(option);
 }
 
-bool applyLine(uci_package *package, char *text) {
+int applyLine(uci_package *package, char *text) {
     Work work = {};
-    if (!splitLine(text, package->e.name, work.line)) {
-        return false;
+    if (text == nullptr || !splitLine(text, package->e.name, work.line)) {
+        return kBadLine;
     }
     findRecords(work, package);
     return kAppliers[static_cast<int>(work.line.change)](work);
@@ -198,22 +205,26 @@ void appendDeltaLine(Text &out, const DeltaLine &line) {
     out.append('\n');
 }
 
-int applyDeltas(uci_package *package, const char *text, std::size_t length) {
+int applyDeltas(uci_package *package, const char *text, std::size_t length, int &applied) {
     Words words(text, length);
     Text line;
     Text extra;
-    int applied = 0;
+    applied = 0;
     while (words.skipToCommand()) {
         const char *start = words.position();
-        if (words.next(line) == Token::Word && words.next(extra) == Token::LineEnd) {
-            applied += !line.empty() && applyLine(package, line.characters()) ? 1 : 0;
-        } else {
+        const bool whole = words.next(line) == Token::Word && words.next(extra) == Token::LineEnd;
+        const int code = whole ? applyLine(package, line.characters()) : kBadLine;
+        if (code == UCI_ERR_MEM || line.failed()) {
+            return UCI_ERR_MEM;
+        }
+        applied += code == UCI_OK ? 1 : 0;
+        if (!whole) {
             // Each line stands alone: a bad one must not take the next with it.
             words.seek(start);
             words.skipLine();
         }
     }
-    return applied;
+    return UCI_OK;
 }
 
 } // namespace frruci::uci

@@ -186,7 +186,7 @@ int replaceFile(const char *path, mode_t mode, const Text &content) {
     }
     char *target = realpath(path, nullptr);
     if (target == nullptr) {
-        return UCI_ERR_IO;
+        return errno == ENOMEM ? UCI_ERR_MEM : UCI_ERR_IO;
     }
     const int code = replaceResolved(target, path + folderLength(path), mode, content);
     free(target);

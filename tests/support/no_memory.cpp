@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// malloc and calloc that fail when they are told to.
+// malloc, calloc and realloc that fail when they are told to.
 
 #include "tests/support/no_memory.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -14,7 +15,11 @@ namespace {
 thread_local int untilFailure = 0; // 0: none fails
 
 bool failsNow() {
-    return untilFailure > 0 && --untilFailure == 0;
+    if (untilFailure == 0 || --untilFailure > 0) {
+        return false;
+    }
+    errno = ENOMEM;
+    return true;
 }
 
 /// Looking up the C library's functions may itself allocate; that is served from here.
@@ -87,6 +92,18 @@ void *calloc(std::size_t count, std::size_t size) noexcept(noexcept(::calloc(0, 
         next = stage::lookUp<Calloc>("calloc");
     }
     return next(count, size);
+}
+
+void *realloc(void *memory, std::size_t size) noexcept(noexcept(::realloc(nullptr, 0))) {
+    using Realloc = void *(*)(void *, std::size_t);
+    static Realloc next = nullptr;
+    if (stage::failsNow()) {
+        return nullptr;
+    }
+    if (next == nullptr) {
+        next = stage::lookUp<Realloc>("realloc");
+    }
+    return next(memory, size);
 }
 }
 #pragma GCC visibility pop

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Memory that runs out at a chosen allocation; linked into a test program it takes the place of the
- * C library's malloc and calloc, also for the library's own calls. */
+ * C library's malloc, calloc and realloc, also for the library's own calls. */
 #ifndef FRRUCI_TESTS_SUPPORT_NO_MEMORY_H
 #define FRRUCI_TESTS_SUPPORT_NO_MEMORY_H
 

@@ -102,6 +102,8 @@ TEST_F(UciCommit, skipsBadLines) {
         "+p.z\n",
         "+p.z='a b'\n",
         "@p.x='a-b'\n",
+        "@p.x='y'\n",
+        "@p.x.o='l'\n",
         "@p.nosuch='z'\n",
         "@p.x.nosuch='z'\n",
         "^p.nosuch='0'\n",
