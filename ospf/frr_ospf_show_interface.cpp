@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // Mirrors what ospfd says about its interfaces into the store.
 
-#include "common/frr_uci.h"
 #include "common/front_end.h"
+#include "common/frr_uci.h"
 #include "common/text.h"
 #include "ospf/frr_ospf.h"
 
@@ -99,4 +99,3 @@ void handle_ospf_show_interface(char *line) {
         storeTypeAndCost(words);
     }
 }
-
