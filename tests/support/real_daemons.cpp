@@ -152,7 +152,11 @@ int Router::processCount(const std::string &name) const {
         std::string state;
         std::string program;
         fields >> id >> user >> size >> state >> program;
-        count += program.substr(program.rfind('/') + 1) == name ? 1 : 0;
+        program = program.substr(program.rfind('/') + 1);
+        // One that is ending has lost its words and may still hold its lock; a zombie holds
+        // nothing.
+        const bool isEnding = state[0] != 'Z' && program == "[" + name + "]";
+        count += program == name || isEnding ? 1 : 0;
     }
     return count;
 }

@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: Apache-2.0
+// What the OSPF handlers are given arrives in a real ospfd's running configuration.
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "ospf/frr_ospf.h"
+#include "ospf/sw_ospf.h"
+#include "tests/support/real_daemons.h"
+
+namespace {
+
+using routers::ReplyPipe;
+using routers::Router;
+
+using Words = std::vector<std::string>;
+using Handler = void (*)(int32_t, char **);
+
+constexpr const char *kInterface = "interface eth1.2";
+constexpr const char *kProcess = "router ospf";
+
+class OspfSettings : public testing::Test {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(router_.start("zebra") && router_.start("ospfd"));
+        ASSERT_EQ(swOspfInit(), 0u);
+    }
+
+    void TearDown() override { EXPECT_TRUE(router_.stop("ospfd") && router_.stop("zebra")); }
+
+    static void call(Handler handler, Words words) {
+        std::vector<char *> argv;
+        for (std::string &word : words) {
+            argv.push_back(word.data());
+        }
+        argv.push_back(nullptr);
+        handler(static_cast<int32_t>(words.size()), argv.data());
+    }
+
+    /// One setting of eth1.2, which must be answered.
+    void set(const char *setting) {
+        std::istringstream text(setting);
+        Words words = {"eth1.2", "wan"};
+        for (std::string word; text >> word;) {
+            words.push_back(word);
+        }
+        call(process_ospf_interface, words);
+        EXPECT_EQ(reply_.take(), "ok");
+    }
+
+    std::string interfaceBlock() const { return router_.block("ospfd", kInterface); }
+    std::string processBlock() const { return router_.block("ospfd", kProcess); }
+
+    static std::string log() {
+        std::ifstream file("/tmp/tmp/data");
+        std::stringstream text;
+        text << file.rdbuf();
+        return text.str();
+    }
+
+    Router router_ = Router::first();
+    ReplyPipe reply_{"/tmp/tmp/ospf_pipe_c2lua"};
+};
+
+TEST_F(OspfSettings, EveryKeywordOfAnInterface) {
+    struct {
+        const char *setting;
+        const char *line;
+    } const cases[] = {
+        {"cost 20",            " ip ospf cost 20\n"                      },
+        {"retransmit 6",       " ip ospf retransmit-interval 6\n"        },
+        {"transmit 2",         " ip ospf transmit-delay 2\n"             },
+        {"priority 9",         " ip ospf priority 9\n"                   },
+        {"hello 15",           " ip ospf hello-interval 15\n"            },
+        {"dead 60",            " ip ospf dead-interval 60\n"             },
+        {"network_type 1",     " ip ospf network point-to-point\n"       },
+        {"network_type 2",     " ip ospf network point-to-multipoint\n"  },
+        {"mtu_ignore 1",       " ip ospf mtu-ignore\n"                   },
+        {"passive 1",          " ip ospf passive\n"                      },
+        {"auto_type 0",        " ip ospf authentication null\n"          },
+        {"auto_type 1 secret", " ip ospf authentication\n"               },
+        {"auto_type 1 secret", " ip ospf authentication-key secret\n"    },
+        {"auto_type 2 5 abc",  " ip ospf authentication message-digest\n"},
+        {"auto_type 2 5 abc",  " ip ospf message-digest-key 5 md5 abc\n" },
+    };
+    for (const auto &row : cases) {
+        set(row.setting);
+        EXPECT_NE(interfaceBlock().find(row.line), std::string::npos) << row.setting << "\n"
+                                                                      << interfaceBlock();
+    }
+    EXPECT_EQ(log().find("failed"), std::string::npos) << log();
+}
+
+TEST_F(OspfSettings, ABroadcastNetworkIsTheDaemonsDefault) {
+    set("cost 7");
+    set("network_type 2");
+    ASSERT_NE(interfaceBlock(), " ip ospf cost 7\n");
+    set("network_type 0");
+    EXPECT_EQ(interfaceBlock(), " ip ospf cost 7\n");
+}
+
+TEST_F(OspfSettings, TheTwoSwitchesOfAnInterfaceGoOffAgain) {
+    set("mtu_ignore 1");
+    set("passive 1");
+    set("cost 7");
+    set("mtu_ignore 0");
+    set("passive 0");
+    EXPECT_EQ(interfaceBlock(), " ip ospf cost 7\n");
+}
+
+TEST_F(OspfSettings, ARefusedValueIsLoggedAndChangesNothing) {
+    set("cost 20");
+    const std::string before = router_.runningConfig("ospfd");
+    set("cost 0");
+    set("hello 0");
+    set("dead 70000");
+    set("priority 256");
+    set("network_type 3");
+    EXPECT_EQ(router_.runningConfig("ospfd"), before);
+    const std::string text = log();
+    std::size_t failures = 0;
+    for (std::size_t at = 0; (at = text.find("ip_ospf_cost, failed", at)) != std::string::npos;
+         ++at) {
+        ++failures;
+    }
+    EXPECT_EQ(failures, 5u) << text;
+}
+
+TEST_F(OspfSettings, SettingsOfAnInterfaceStandTogether) {
+    for (const char *setting :
+         {"cost 20", "retransmit 6", "transmit 2", "priority 9", "hello 15", "dead 60",
+          "network_type 1", "mtu_ignore 1", "auto_type 1 secret"}) {
+        set(setting);
+    }
+    const std::string block = interfaceBlock();
+    for (const char *line :
+         {" ip ospf cost 20\n", " ip ospf retransmit-interval 6\n", " ip ospf transmit-delay 2\n",
+          " ip ospf priority 9\n", " ip ospf hello-interval 15\n", " ip ospf dead-interval 60\n",
+          " ip ospf network point-to-point\n", " ip ospf mtu-ignore\n", " ip ospf authentication\n",
+          " ip ospf authentication-key secret\n"}) {
+        EXPECT_NE(block.find(line), std::string::npos) << line << block;
+    }
+}
+
+TEST_F(OspfSettings, TheBuildersTakeEverySettingBack) {
+    set("cost 20");
+    set("retransmit 6");
+    set("transmit 2");
+    set("priority 9");
+    set("hello 15");
+    set("dead 60");
+    set("network_type 1");
+    set("auto_type 1 secret");
+    set("auto_type 2 5 abc");
+    const char *name = "eth1.2";
+    EXPECT_EQ(ip_ospf_cost(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_retransmit(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_transmit(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_priority(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_hello(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_dead(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_network_type(0, name, 1, 0, 0), 0u);
+    EXPECT_EQ(ip_ospf_auth(0, name, 1, 0, 2), 0u);
+    EXPECT_EQ(ip_ospf_auth_key(0, name, 1, 0, ""), 0u);
+    EXPECT_EQ(ip_ospf_auth_md5key(0, name, 1, 0, 5, ""), 0u);
+    EXPECT_EQ(interfaceBlock(), "");
+}
+
+TEST_F(OspfSettings, NetworksComeAndGo) {
+    call(process_ospf_network, {"add", "10.1.2.0", "255.255.255.0", "0"});
+    call(process_ospf_network, {"add", "10.1.3.0", "0.0.0.255", "5"});
+    EXPECT_EQ(reply_.take(), "okok");
+    EXPECT_NE(processBlock().find(" network 10.1.2.0/24 area 0\n"), std::string::npos)
+        << processBlock();
+    EXPECT_NE(processBlock().find(" network 10.1.3.0/24 area 5\n"), std::string::npos);
+    call(process_ospf_network, {"del", "10.1.3.0", "255.255.255.0", "5"});
+    EXPECT_EQ(reply_.take(), "ok");
+    EXPECT_EQ(processBlock().find("10.1.3.0"), std::string::npos) << processBlock();
+}
+
+TEST_F(OspfSettings, TheProcessWideOptions) {
+    call(process_ospf_ospf_cfg, {"120", "enable", "10", "100", "2000", "8", "enable"});
+    EXPECT_EQ(reply_.take(), "ok");
+    const std::string set = processBlock();
+    for (const char *line :
+         {" distance 120\n", " compatible rfc1583\n", " timers throttle spf 10 100 2000\n",
+          " maximum-paths 8\n", " passive-interface default\n"}) {
+        EXPECT_NE(set.find(line), std::string::npos) << line << set;
+    }
+    call(process_ospf_ospf_cfg, {"110", "no", "0", "50", "5000", "64", "no"});
+    EXPECT_EQ(reply_.take(), "ok");
+    const std::string unset = processBlock();
+    EXPECT_EQ(unset.find("rfc1583"), std::string::npos) << unset;
+    EXPECT_EQ(unset.find("passive-interface default"), std::string::npos) << unset;
+}
+
+TEST_F(OspfSettings, TheDefaultRouteComesAndGoesWithoutAReply) {
+    call(process_ospf_advertise_cfg, {"enable", "enable", "20", "1"});
+    EXPECT_NE(processBlock().find(" default-information originate always metric 20 metric-type 1"),
+              std::string::npos)
+        << processBlock();
+    call(process_ospf_advertise_cfg, {"disable", "enable", "20", "1"});
+    EXPECT_EQ(processBlock().find("default-information"), std::string::npos) << processBlock();
+    EXPECT_EQ(reply_.take(), "");
+}
+
+TEST_F(OspfSettings, SwitchingOnSetsTheRouterIdOfARunningDaemon) {
+    call(process_ospf_global, {"on", "9.8.7.6"});
+    EXPECT_EQ(reply_.take(), "ok");
+    EXPECT_NE(processBlock().find(" ospf router-id 9.8.7.6\n"), std::string::npos)
+        << processBlock();
+    EXPECT_EQ(router_.processCount("ospfd"), 1);
+}
+
+} // namespace
