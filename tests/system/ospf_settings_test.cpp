@@ -1,23 +1,20 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the OSPF handlers are given arrives in a real ospfd's running configuration.
 
-#include <fstream>
 #include <gtest/gtest.h>
-#include <sstream>
 #include <string>
-#include <vector>
 
 #include "ospf/frr_ospf.h"
 #include "ospf/sw_ospf.h"
 #include "tests/support/real_daemons.h"
+#include "tests/system/handler_call.h"
 
 namespace {
 
+using routers::call;
+using routers::logText;
 using routers::ReplyPipe;
 using routers::Router;
-
-using Words = std::vector<std::string>;
-using Handler = void (*)(int32_t, char **);
 
 constexpr const char *kInterface = "interface eth1.2";
 constexpr const char *kProcess = "router ospf";
@@ -25,41 +22,21 @@ constexpr const char *kProcess = "router ospf";
 class OspfSettings : public testing::Test {
 protected:
     void SetUp() override {
+        (void)remove("/tmp/tmp/data");
         ASSERT_TRUE(router_.start("zebra") && router_.start("ospfd"));
         ASSERT_EQ(swOspfInit(), 0u);
     }
 
     void TearDown() override { EXPECT_TRUE(router_.stop("ospfd") && router_.stop("zebra")); }
 
-    static void call(Handler handler, Words words) {
-        std::vector<char *> argv;
-        for (std::string &word : words) {
-            argv.push_back(word.data());
-        }
-        argv.push_back(nullptr);
-        handler(static_cast<int32_t>(words.size()), argv.data());
-    }
-
     /// One setting of eth1.2, which must be answered.
-    void set(const char *setting) {
-        std::istringstream text(setting);
-        Words words = {"eth1.2", "wan"};
-        for (std::string word; text >> word;) {
-            words.push_back(word);
-        }
-        call(process_ospf_interface, words);
+    void set(const std::string &setting) {
+        call(process_ospf_interface, "eth1.2 wan " + setting);
         EXPECT_EQ(reply_.take(), "ok");
     }
 
     std::string interfaceBlock() const { return router_.block("ospfd", kInterface); }
     std::string processBlock() const { return router_.block("ospfd", kProcess); }
-
-    static std::string log() {
-        std::ifstream file("/tmp/tmp/data");
-        std::stringstream text;
-        text << file.rdbuf();
-        return text.str();
-    }
 
     Router router_ = Router::first();
     ReplyPipe reply_{"/tmp/tmp/ospf_pipe_c2lua"};
@@ -91,7 +68,7 @@ TEST_F(OspfSettings, EveryKeywordOfAnInterface) {
         EXPECT_NE(interfaceBlock().find(row.line), std::string::npos) << row.setting << "\n"
                                                                       << interfaceBlock();
     }
-    EXPECT_EQ(log().find("failed"), std::string::npos) << log();
+    EXPECT_EQ(logText().find("failed"), std::string::npos) << logText();
 }
 
 TEST_F(OspfSettings, ABroadcastNetworkIsTheDaemonsDefault) {
@@ -120,13 +97,7 @@ TEST_F(OspfSettings, ARefusedValueIsLoggedAndChangesNothing) {
     set("priority 256");
     set("network_type 3");
     EXPECT_EQ(router_.runningConfig("ospfd"), before);
-    const std::string text = log();
-    std::size_t failures = 0;
-    for (std::size_t at = 0; (at = text.find("ip_ospf_cost, failed", at)) != std::string::npos;
-         ++at) {
-        ++failures;
-    }
-    EXPECT_EQ(failures, 5u) << text;
+    EXPECT_EQ(routers::occurrences(logText(), "ip_ospf_cost, failed"), 5u) << logText();
 }
 
 TEST_F(OspfSettings, SettingsOfAnInterfaceStandTogether) {
@@ -170,19 +141,19 @@ TEST_F(OspfSettings, TheBuildersTakeEverySettingBack) {
 }
 
 TEST_F(OspfSettings, NetworksComeAndGo) {
-    call(process_ospf_network, {"add", "10.1.2.0", "255.255.255.0", "0"});
-    call(process_ospf_network, {"add", "10.1.3.0", "0.0.0.255", "5"});
+    call(process_ospf_network, "add 10.1.2.0 255.255.255.0 0");
+    call(process_ospf_network, "add 10.1.3.0 0.0.0.255 5");
     EXPECT_EQ(reply_.take(), "okok");
     EXPECT_NE(processBlock().find(" network 10.1.2.0/24 area 0\n"), std::string::npos)
         << processBlock();
     EXPECT_NE(processBlock().find(" network 10.1.3.0/24 area 5\n"), std::string::npos);
-    call(process_ospf_network, {"del", "10.1.3.0", "255.255.255.0", "5"});
+    call(process_ospf_network, "del 10.1.3.0 255.255.255.0 5");
     EXPECT_EQ(reply_.take(), "ok");
     EXPECT_EQ(processBlock().find("10.1.3.0"), std::string::npos) << processBlock();
 }
 
 TEST_F(OspfSettings, TheProcessWideOptions) {
-    call(process_ospf_ospf_cfg, {"120", "enable", "10", "100", "2000", "8", "enable"});
+    call(process_ospf_ospf_cfg, "120 enable 10 100 2000 8 enable");
     EXPECT_EQ(reply_.take(), "ok");
     const std::string set = processBlock();
     for (const char *line :
@@ -190,7 +161,7 @@ TEST_F(OspfSettings, TheProcessWideOptions) {
           " maximum-paths 8\n", " passive-interface default\n"}) {
         EXPECT_NE(set.find(line), std::string::npos) << line << set;
     }
-    call(process_ospf_ospf_cfg, {"110", "no", "0", "50", "5000", "64", "no"});
+    call(process_ospf_ospf_cfg, "110 no 0 50 5000 64 no");
     EXPECT_EQ(reply_.take(), "ok");
     const std::string unset = processBlock();
     EXPECT_EQ(unset.find("rfc1583"), std::string::npos) << unset;
@@ -198,17 +169,17 @@ TEST_F(OspfSettings, TheProcessWideOptions) {
 }
 
 TEST_F(OspfSettings, TheDefaultRouteComesAndGoesWithoutAReply) {
-    call(process_ospf_advertise_cfg, {"enable", "enable", "20", "1"});
+    call(process_ospf_advertise_cfg, "enable enable 20 1");
     EXPECT_NE(processBlock().find(" default-information originate always metric 20 metric-type 1"),
               std::string::npos)
         << processBlock();
-    call(process_ospf_advertise_cfg, {"disable", "enable", "20", "1"});
+    call(process_ospf_advertise_cfg, "disable enable 20 1");
     EXPECT_EQ(processBlock().find("default-information"), std::string::npos) << processBlock();
     EXPECT_EQ(reply_.take(), "");
 }
 
 TEST_F(OspfSettings, SwitchingOnSetsTheRouterIdOfARunningDaemon) {
-    call(process_ospf_global, {"on", "9.8.7.6"});
+    call(process_ospf_global, "on 9.8.7.6");
     EXPECT_EQ(reply_.take(), "ok");
     EXPECT_NE(processBlock().find(" ospf router-id 9.8.7.6\n"), std::string::npos)
         << processBlock();
