@@ -319,6 +319,11 @@ TEST(Dlist, FindByKeyHandsTheKeyFirst) {
     EXPECT_EQ(dlistFindByKey(list, matchKey, &nine), list->head->next);
     EXPECT_EQ(dlistFindByKey(list, matchKey, &five), nullptr);
     EXPECT_EQ(dlistFindByData(list, &items[2]), list->tail);
+    // Matches only when the key comes first: no item lies at the key's address.
+    dlist_keycmp_fn isNine = [](void *key, void *data) {
+        return *static_cast<int *>(key) == 9 && static_cast<Item *>(data)->key == 4 ? 0 : 1;
+    };
+    EXPECT_EQ(dlistFindByKey(list, isNine, &nine), list->head);
 }
 
 struct Walk {

@@ -369,6 +369,14 @@ TEST_F(Views, RunWithoutParameters) {
               "frr_util: frrVtyAutoRun : view: odd, cmd: hostname r1\nfrr_util: ");
 }
 
+TEST_F(Views, RunCutsTheContextAtTwoHundredFiftyFive) {
+    const std::string begin(240, 'e');
+    EXPECT_EQ(frrVtyViewReg("long", (begin + "<vrf>").c_str()), 0);
+    set("vrf", "0123456789abcdefghij");
+    EXPECT_EQ(run("long", "cmd"), 0);
+    EXPECT_EQ(stage_.trace(), "ripd: " + begin + "0123456789abcde | cmd\n");
+}
+
 TEST_F(Views, RunRefusesNullAndFinishesTheList) {
     EXPECT_EQ(frrVtyViewReg("v", "enable"), 0);
     const auto refused = [this](const char *view, const char *path, const char *cmd, char *reply) {
