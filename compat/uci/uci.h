@@ -9,6 +9,11 @@
  * package that is named by a path ("/..." or "./...") has no deltas; its file is written as it is
  * in memory.
  *
+ * Where libuci leaves room for loss this library is stricter: a commit drops the deltas only when
+ * the new file is in place, locks the file that the path names when the lock is granted, gives
+ * every added section of two writers a place of its own, and quotes a section type that would spoil
+ * the file. A commit that is killed may leave a temporary file /etc/config/.NAME.uci-XXXXXX.
+ *
  * Every int result is one of the UCI_ERR codes and is also kept in the context's err. A null
  * context gives UCI_ERR_INVAL. A context and its packages belong to one thread at a time. */
 #ifndef FRRUCI_COMPAT_UCI_H
