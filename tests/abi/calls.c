@@ -33,8 +33,53 @@ static void callVty(void) {
     CHECK(frrVtyDisconnect(0) == 1);
 }
 
+static int32_t countData(void *ctx, void *data) {
+    (void)data;
+    ++*(int *)ctx;
+    return 0;
+}
+
+static void callList(void) {
+    char first[] = "first";
+    int visited = 0;
+    dlist *list = dlistCreate(NULL, NULL);
+    CHECK(list != NULL);
+    CHECK(dlistAppend(list, first) == 0);
+    CHECK(dlistHead(list)->data == first);
+    CHECK(dlistVisit(list, countData, &visited) == 0 && visited == 1);
+    CHECK(dlistDelete(list, dlistTail(list)) == 0);
+    CHECK(dlistLength(list) == 0);
+    free(list);
+}
+
+static void callAddress(void) {
+    uint8_t octets[4] = {0};
+    char text[16];
+    uint32_t value;
+    CHECK(IpStr2Int("10.0.0.1", octets) == 0 && octets[3] == 1);
+    memcpy(&value, octets, sizeof value);
+    CHECK(intIpToStrIp(text, value) == 0 && strcmp(text, "10.0.0.1") == 0);
+    CHECK(sw_ospf_inet_aton(text) == value);
+    CHECK(rip_atoi(rip_itoa(-7, text, 10)) == -7);
+}
+
+static void callViews(void) {
+    char out[256] = {0};
+    dlist *parameters = NULL;
+    CHECK(frrVtyInit() == 0);
+    CHECK(dlistLength(gPreCmdEntryList) == 5);
+    CHECK(frrVtyParamInit(&parameters) == 0);
+    CHECK(frrVtyParamIntSet(&parameters, "vid", 12) == 2);
+    CHECK(frrVtyFPreCmdParse("interface_view", &parameters, 255, out) == 0);
+    CHECK(strcmp(out, "enable\nconfigure\ninterface eth1.12") == 0);
+    CHECK(frrVtyParamFini(&parameters) == 0);
+}
+
 int main(void) {
     callFrontEnd();
+    callList();
+    callAddress();
+    callViews();
     callVty();
     printf(failures == 0 ? "all calls answered as expected\n" : "%d calls did not\n", failures);
     return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
