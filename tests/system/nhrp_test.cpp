@@ -125,6 +125,28 @@ const std::vector<Known> &negatedPhrases() {
     return kAll;
 }
 
+/// A shell command of the test's own, before the router's, for a scope.
+class OwnCommand {
+public:
+    OwnCommand(const std::string &name, const std::string &script)
+        : file_("/tmp/own-commands/" + name), path_(getenv("PATH")) {
+        (void)mkdir("/tmp/own-commands", 0755); // may be there from another
+        std::ofstream(file_) << "#!/bin/sh\n" << script << "\n";
+        EXPECT_EQ(0, chmod(file_.c_str(), 0755));
+        EXPECT_EQ(0, setenv("PATH", ("/tmp/own-commands:" + path_).c_str(), 1));
+    }
+    ~OwnCommand() {
+        EXPECT_EQ(0, setenv("PATH", path_.c_str(), 1));
+        EXPECT_EQ(0, unlink(file_.c_str()));
+    }
+    OwnCommand(const OwnCommand &) = delete;
+    OwnCommand &operator=(const OwnCommand &) = delete;
+
+private:
+    std::string file_;
+    std::string path_;
+};
+
 class Nhrp : public testing::Test {
 protected:
     void SetUp() override {
@@ -147,6 +169,12 @@ protected:
     std::string showCache() {
         call(process_nhrp_show, {"x", "ip", "nhrp", "cache"});
         return cache_.take();
+    }
+    /// Waits until so many lines of the process list have the name, those of dead processes that
+    /// nobody has waited for included, as the library counts them.
+    bool comesToCount(const std::string &name, int count) const {
+        const std::string list = "ps -w | grep -v grep | grep -c " + name;
+        return waitFor([&] { return router_.output(list) == std::to_string(count) + "\n"; });
     }
     bool isConfigured(const Known &known) const {
         return hasLine(router_.block(known.daemon, kHeading), " " + known.line);
@@ -254,6 +282,8 @@ TEST_F(Nhrp, GlobalGroupsShowInTheRunningConfiguration) {
 }
 
 TEST_F(Nhrp, TheNameAloneRestartsTheDaemon) {
+    // The restart itself does not wait, and a new daemon ends when the old one still runs.
+    const OwnCommand patient("killall", "exec /usr/bin/killall -w \"$@\"");
     ASSERT_EQ("ok", setGlobal("nflog-group", "3"));
     const std::string before = router_.output("cat /var/nhrpd.pid");
     call(process_nhrp_global, {"nhrp"});
@@ -343,6 +373,7 @@ TEST_F(Nhrp, KilledBetweenStoreAndDeliveryTheReplyIsFail) {
 }
 
 TEST_F(Nhrp, ARunningDaemonIsCountedAndNotStarted) {
+    ASSERT_TRUE(comesToCount("nhrpd", 1));
     const std::string before = router_.output("cat /var/nhrpd.pid");
     EXPECT_EQ(1, nhrp_enable());
     EXPECT_EQ(before, router_.output("cat /var/nhrpd.pid"));
@@ -352,17 +383,14 @@ constexpr int kNoSuchCommand = 127 << 8; // the shell's status
 
 TEST_F(Nhrp, AStartBringsUpZebraAndThenTheLauncher) {
     ASSERT_TRUE(router_.stop("nhrpd") && router_.stop("zebra"));
+    ASSERT_TRUE(comesToCount("nhrpd", 0) && comesToCount("zebra", 0));
     EXPECT_EQ(kNoSuchCommand, nhrp_enable()); // no launcher "nhrp" on this router
-    EXPECT_TRUE(router_.answers("zebra"));
+    EXPECT_TRUE(waitFor([&] { return router_.answers("zebra"); }));
     EXPECT_EQ(0, router_.processCount("nhrpd"));
 
-    ASSERT_EQ(0, mkdir("/tmp/launcher", 0755));
-    std::ofstream("/tmp/launcher/nhrp") << "#!/bin/sh\nexec nhrpd \"$@\"\n";
-    ASSERT_EQ(0, chmod("/tmp/launcher/nhrp", 0755));
-    const std::string path = std::string("/tmp/launcher:") + getenv("PATH");
-    ASSERT_EQ(0, setenv("PATH", path.c_str(), 1));
+    const OwnCommand launcher("nhrp", "exec nhrpd \"$@\"");
     EXPECT_EQ(0, nhrp_enable());
-    EXPECT_TRUE(waitFor([&] { return router_.answers("nhrpd"); }));
+    EXPECT_TRUE(waitFor([&] { return router_.answers("nhrpd"); }) && comesToCount("nhrpd", 1));
     EXPECT_EQ(1, nhrp_enable());
 }
 
