@@ -70,7 +70,8 @@ void giveUp(int) {
 
 void run(const Handler &handler, void *function, int count, char **words) {
     (void)fflush(stdout);
-    const int answers = dup(STDOUT_FILENO);
+    // Not for a daemon that the handler starts: whoever reads our output would wait for its end.
+    const int answers = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
     (void)dup2(STDERR_FILENO, STDOUT_FILENO);
     if (handler.takesWords) {
         reinterpret_cast<void (*)(int32_t, char **)>(function)(count, words);
