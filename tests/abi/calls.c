@@ -75,12 +75,57 @@ static void callViews(void) {
     CHECK(frrVtyParamFini(&parameters) == 0);
 }
 
+static void callStore(void) {
+    char text[16] = "";
+    CHECK(frr_uci_get("no_such_package", "a", "b", text, sizeof text) == 3);
+}
+
+static void callOspf(void) {
+    OspfProcessCfg record;
+    CHECK(swOspfInit() == 0 && pucOspf != NULL);
+    CHECK(ucOspfEnableProcess(1) == 0 && swOspfHasProcessId(1) == 0);
+    CHECK(ucOspfGetCfg(0, &record) == 0 && record.adminDistance == 110);
+    CHECK(vtyOspfConfigOspf(0, "distance 1", 1) == 1);
+    CHECK(swOspfdistance(0, 1, 110) == 1);
+    CHECK(ip_ospf_network_type(0, "eth1.2", 0, 1, 3) == UINT32_MAX);
+    CHECK(process_exist("a;b", 0) == 0);
+    ospf_cfg_recovery();
+}
+
+static void callRip(void) {
+    RipNetIf key = {0, 0};
+    RipVrfNode *instance = NULL;
+    CHECK(swRipInit() == 0);
+    CHECK(ucRipVrfAppend("default", &instance) == 0 && instance->update_timer == 30);
+    CHECK(swRipDistanceSet("default", 0, 1) == 1);
+    CHECK(get_vlan_id_from_interface_name("eth1.10", &key) == 0 && key.type == 1 && key.vid == 10);
+    rip_cfg_recovery();
+}
+
+static void callNhrp(void) {
+    CHECK(doVtyNhrpConfig(0, "nhrp nflog-group 1") == 1);
+    CHECK(nhrp_set_interface("tun0", 0) != 0);
+    CHECK(nhrp_nflog(0, "1") == 1);
+}
+
+/* Layouts as a C compiler sees them. */
+_Static_assert(sizeof(dlist_node) == 24 && sizeof(dlist) == 40, "lists");
+_Static_assert(sizeof(FrrVtyView) == 40 && sizeof(FrrVtyParam) == 64, "views");
+_Static_assert(sizeof(OspfModelBlock) == 6080 && sizeof(OspfProcessCfg) == 104 &&
+                   sizeof(OspfInterfaceEntry) == 68,
+               "OSPF model");
+_Static_assert(sizeof(RipVrfNode) == 80 && sizeof(RipInterfaceNode) == 52, "RIP model");
+
 int main(void) {
     callFrontEnd();
     callList();
     callAddress();
     callViews();
     callVty();
+    callStore();
+    callOspf();
+    callRip();
+    callNhrp();
     printf(failures == 0 ? "all calls answered as expected\n" : "%d calls did not\n", failures);
     return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
