@@ -328,12 +328,35 @@ void storePath(const char *name, char (&path)[256]) {
     (void)snprintf(path, sizeof path, "/etc/config/%s", name);
 }
 
+void readInto(Buffer &text, const char *path) {
+    FILE *stream = fopen(path, "r");
+    for (int byte = 0; stream != nullptr && (byte = fgetc(stream)) != EOF;) {
+        text.append(static_cast<char>(byte));
+    }
+    if (stream != nullptr) {
+        (void)fclose(stream);
+    }
+}
+
+// store NAME, with a block behind it, or store NAME FILE, which is seen from the golden file's
+// folder
 void Player::store(const Words &words) {
     char path[256];
     storePath(words.at[1].text, path);
-    Buffer block;
-    takeBlock(block);
-    stage::writeFile(path, block.text(), block.size());
+    Buffer content;
+    if (words.count == 2) {
+        takeBlock(content);
+    } else {
+        char source[512];
+        const char *slash = strrchr(file.path, '/');
+        const int folder = slash == nullptr ? 0 : static_cast<int>(slash - file.path) + 1;
+        (void)snprintf(source, sizeof source, "%.*s%s", folder, file.path, words.at[2].text);
+        readInto(content, source);
+        if (content.size() == 0) {
+            stop("cannot read the store file");
+        }
+    }
+    stage::writeFile(path, content.text(), content.size());
 }
 
 void Player::storeAfter(const Words &words) {
@@ -342,13 +365,7 @@ void Player::storeAfter(const Words &words) {
     Buffer wanted;
     Buffer got;
     takeBlock(wanted);
-    FILE *stream = fopen(path, "r");
-    for (int byte = 0; stream != nullptr && (byte = fgetc(stream)) != EOF;) {
-        got.append(static_cast<char>(byte));
-    }
-    if (stream != nullptr) {
-        (void)fclose(stream);
-    }
+    readInto(got, path);
     // Files begin and end with empty lines, which a block cannot show.
     const char *text = got.text() + strspn(got.text(), "\n");
     std::size_t size = strlen(text);
