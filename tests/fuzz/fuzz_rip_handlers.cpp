@@ -1,0 +1,224 @@
+// SPDX-License-Identifier: Apache-2.0
+// Any argument vector for any RIP handler. The input is lines: the handler's letter (see kHandlers)
+// and ripd's completion code as one digit, what argc says more than there are words, then a word
+// each; "~" alone is a null entry.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+#include "rip/frr_rip.h"
+#include "rip/sw_rip.h"
+#include "tests/support/stage.h"
+#include "vty/views.h"
+
+namespace {
+
+constexpr std::size_t kMaxBytes = 4096;
+constexpr int kMaxWords = 32;
+constexpr int kSpare = 8; // null entries behind the words
+
+void insist(bool truth) {
+    if (!truth) {
+        abort();
+    }
+}
+
+struct Handler {
+    char letter;
+    void (*dispatch)(int32_t, char **); // replies when its words are there
+    int32_t minimum;
+    int32_t (*handle)(int32_t, char **); // never replies
+};
+
+constexpr Handler kHandlers[] = {
+    {'g', process_rip_global,    1, nullptr                                 },
+    {'c', process_rip_config,    1, nullptr                                 },
+    {'i', process_rip_interface, 2, nullptr                                 },
+    {'n', process_rip_network,   3, nullptr                                 },
+    {'A', nullptr,               0, process_rip_config_version              },
+    {'B', nullptr,               0, process_rip_config_distance             },
+    {'C', nullptr,               0, process_rip_config_auto_summary         },
+    {'D', nullptr,               0, process_rip_config_default_metric       },
+    {'E', nullptr,               0, process_rip_config_redistribute_static  },
+    {'F', nullptr,               0, process_rip_config_redistribute_ospf    },
+    {'G', nullptr,               0, process_rip_config_update_timer         },
+    {'H', nullptr,               0, process_rip_config_timeout_timer        },
+    {'I', nullptr,               0, process_rip_config_garbage_timer        },
+    {'J', nullptr,               0, process_rip_interface_split_horizon_mode},
+    {'K', nullptr,               0, process_rip_interface_send_version      },
+    {'L', nullptr,               0, process_rip_interface_recv_version      },
+    {'M', nullptr,               0, process_rip_interface_authen            },
+    {'N', nullptr,               0, process_rip_interface_show              },
+};
+
+struct Request {
+    char text[kMaxBytes + 1] = {};
+    char handler = 'c';
+    uint8_t code = 0;
+    long more = 0;
+    int count = 0;
+    char *words[kMaxWords + kSpare] = {};
+};
+
+void read(const unsigned char *data, std::size_t size, Request &request) {
+    memcpy(request.text, data, size < kMaxBytes ? size : kMaxBytes);
+    char *rest = request.text;
+    for (int line = 0; rest != nullptr && request.count < kMaxWords; ++line) {
+        char *word = strsep(&rest, "\n");
+        if (line == 0) {
+            request.handler = word[0];
+            request.code = word[0] != '\0' && word[1] >= '0' && word[1] <= '9'
+                               ? static_cast<uint8_t>(word[1] - '0')
+                               : 0;
+        } else if (line == 1) {
+            request.more = strtol(word, nullptr, 10);
+        } else {
+            request.words[request.count++] = strcmp(word, "~") == 0 ? nullptr : word;
+        }
+    }
+}
+
+/// What argc says: any number, but not more than there are entries to look at.
+int32_t argcOf(const Request &request) {
+    const long more = std::clamp(request.more, long{INT32_MIN}, long{INT32_MAX});
+    return static_cast<int32_t>(std::clamp(request.count + more, long{INT32_MIN}, long{kMaxWords}));
+}
+
+bool hasWords(const Request &request, int32_t argc, int32_t count) {
+    return argc >= count && std::all_of(request.words, request.words + count,
+                                        [](char *word) { return word != nullptr; });
+}
+
+bool startsWith(const char *line, const char *prefix) {
+    return strncmp(line, prefix, strlen(prefix)) == 0;
+}
+
+/// No word of a request may reach a shell: only commands without a part that varies are allowed,
+/// apart from the number in a question about a VLAN.
+bool isKnownShell(const char *line) {
+    static constexpr const char *kFixed[] = {
+        "popen: iptables -t filter -nvL INPUT | grep dpt:520\n",
+        "popen: ps -w | grep -v grep | grep ripd\n",
+        "popen: ps -w | grep -v grep | grep zebra\n",
+        "popen: ps -w | grep -v grep | grep ospfd\n",
+        "system: iptables -w -t filter -I INPUT -p udp --dport 520 -j ACCEPT\n",
+        "system: \"ripd -d \"\n",
+        "system: \"zebra -d \"\n",
+        "sleep: 1\n",
+        "usleep: 100000\n",
+    };
+    for (const char *fixed : kFixed) {
+        if (startsWith(line, fixed)) {
+            return true;
+        }
+    }
+    static constexpr const char kQuestion[] =
+        "system: lua -e 'require \"luci.controller.admin.lan\".is_vlan_id(\"";
+    if (!startsWith(line, kQuestion)) {
+        return false;
+    }
+    const char *number = line + sizeof kQuestion - 1;
+    number += *number == '-' ? 1 : 0;
+    const std::size_t digits = strspn(number, "0123456789");
+    return digits > 0 && startsWith(number + digits, "\")'\n");
+}
+
+struct Seen {
+    int replies = 0;
+    int leftOpen = 0;
+};
+
+Seen checkTrace(const char *trace) {
+    Seen seen;
+    for (const char *line = trace; *line != '\0';) {
+        const char *end = strchr(line, '\n');
+        if (startsWith(line, "reply ")) {
+            insist(startsWith(line, "reply ospf_pipe_c2lua: ok\n"));
+            ++seen.replies;
+        } else if (startsWith(line, "ripd: ")) {
+            insist(startsWith(line, "ripd: enable") ||
+                   startsWith(line, "ripd: show ip rip status"));
+            static constexpr char kLeftOpen[] = " | (left open)\n";
+            const std::size_t tail = sizeof kLeftOpen - 1;
+            const auto length = static_cast<std::size_t>(end + 1 - line);
+            seen.leftOpen += length > tail && startsWith(end + 1 - tail, kLeftOpen) ? 1 : 0;
+        } else {
+            insist(isKnownShell(line));
+        }
+        line = end + 1;
+    }
+    return seen;
+}
+
+void checkInterfaces() {
+    for (const dlist_node *entry = gRipIfList->head; entry != nullptr; entry = entry->next) {
+        const auto &interface = *static_cast<const RipInterfaceNode *>(entry->data);
+        insist(interface.send_version <= 3 && interface.recv_version <= 3);
+        insist(interface.auth_type <= 2 && interface.auth_keyid >= 1 &&
+               interface.auth_keyid <= 255);
+        insist(interface.split_horizon <= 1 && interface.poison_reverse == 0);
+        insist(interface.auth_str[16] == '\0');
+        insist(interface.vlan_id == (interface.key.type == 1 ? interface.key.vid : 0));
+    }
+}
+
+void checkInstance(const RipVrfNode &vrf) {
+    insist(vrf.version <= 2 && vrf.auto_summary <= 1 && vrf.default_metric <= 16);
+    insist(vrf.distance >= 1 && vrf.update_timer >= 5 && vrf.update_timer <= 100);
+    insist(vrf.timeout_timer >= 5 && vrf.timeout_timer <= 300);
+    insist(vrf.garbage_timer >= 5 && vrf.garbage_timer <= 500);
+}
+
+void clear(dlist *list) {
+    while (list->head != nullptr) {
+        insist(dlistDelete(list, list->head) == 0);
+    }
+}
+
+/// The instance that every request works on; made once, as its model stays for the process's life.
+RipVrfNode *prepare() {
+    static RipVrfNode *vrf = nullptr;
+    if (vrf == nullptr) {
+        insist(frrVtyInit() == 0 && swRipInit() == 0 && ucRipVrfAppend("default", &vrf) == 0);
+    }
+    clear(vrf->networks);
+    clear(gRipIfList);
+    return vrf;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
+    static Request request;
+    request = Request();
+    read(data, size, request);
+    const int32_t argc = argcOf(request);
+    const auto *handler =
+        std::find_if(std::begin(kHandlers), std::end(kHandlers),
+                     [](const Handler &each) { return each.letter == request.handler; });
+    if (handler == std::end(kHandlers)) {
+        return 0;
+    }
+    stage::Stage stage;
+    const RipVrfNode *vrf = prepare();
+    if (request.code != 0) {
+        stage.answerAll("ripd", {.code = request.code});
+    }
+    const int open = stage::Stage::openDescriptors();
+    if (handler->dispatch != nullptr) {
+        handler->dispatch(argc, request.words);
+    } else {
+        (void)handler->handle(argc, request.words);
+    }
+    const Seen seen = checkTrace(stage.trace());
+    const bool replies = handler->dispatch != nullptr && hasWords(request, argc, handler->minimum);
+    insist(seen.replies == (replies ? 1 : 0));
+    insist(stage::Stage::openDescriptors() == open + seen.leftOpen);
+    checkInstance(*vrf);
+    checkInterfaces();
+    return 0;
+}
