@@ -107,7 +107,7 @@ bool isWanAddress(const char *ipText) {
     return readAnswer(kAddressAnswer, answer) && !frruci::common::equals(answer, "none");
 }
 
-bool isLocalAddress(const char *ipText) {
+bool is_local_ip_addr(const char *ipText) {
     FILE *addresses = popen("ifconfig | awk '/inet/{print $2}' | awk -F: '{print $2}'", "r");
     if (addresses == nullptr) {
         return false;
@@ -184,7 +184,7 @@ int32_t check_network_ip(const char *ip_text) {
     if (ip_text == nullptr) {
         ip_text = "";
     }
-    if (isWanAddress(ip_text) || isLocalAddress(ip_text)) {
+    if (isWanAddress(ip_text) || is_local_ip_addr(ip_text)) {
         return 1;
     }
     return isInLanVlan(ip_text) ? 0 : -1;
