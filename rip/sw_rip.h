@@ -96,7 +96,7 @@ uint32_t swRipRedistributeSet(const char *vrf, uint32_t kind, uint32_t metric, u
 uint32_t swRipTimerSet(const char *vrf, uint32_t which, uint32_t value, uint32_t enable);
 
 /* ---- interface-level commands, inside "interface <ifname>"; the interface's record is made if
- *      there is none. They asks the front-end whether key.vid is a LAN VLAN, which changes nothing.
+ *      there is none. Each asks the front-end whether key.vid is a LAN VLAN, which changes nothing.
  *      A refusal of ripd is 1 here. ---- */
 
 /* Sends "ip rip split-horizon poisoned-reverse" (poisoned and enable 1), "ip rip split-horizon"
