@@ -10,6 +10,7 @@
 #include "common/text.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/uc_ospf.h"
+#include "ospf/uc_ospf_block.h"
 
 namespace {
 
@@ -262,7 +263,7 @@ void printProcess(const OspfProcessCfg &process) {
     printRows(kProcessRows, &process);
     for (const Section &section : kSections) {
         (void)fputs(section.heading, stdout);
-        const dlist *records = process.*section.records;
+        const dlist *records = frruci::ospf::readable(process.*section.records);
         for (const dlist_node *node = records == nullptr ? nullptr : records->head; node != nullptr;
              node = node->next) {
             printRows(section.rows, node->data);

@@ -65,6 +65,11 @@ void storeNumber(Record &record, bool set, const void *value) {
 /// is. Nothing may be read through it.
 extern dlist *damagedHandle;
 
+/// A record's list as far as it may be followed: null for the damaged handle.
+inline dlist *readable(dlist *list) {
+    return list != damagedHandle ? list : nullptr;
+}
+
 } // namespace frruci::ospf
 
 #endif

@@ -49,8 +49,7 @@ const ListFamily *familyOf(OspfListKind kind) {
 /// The slot's list; null where there is none that may be read. Call it with the lock held.
 dlist *listOf(uint32_t slot, ListField field) {
     const OspfProcessCfg *record = processAt(slot);
-    dlist *list = record != nullptr ? record->*field : nullptr;
-    return list != damagedHandle ? list : nullptr;
+    return record != nullptr ? readable(record->*field) : nullptr;
 }
 
 dlist_node *find(dlist *list, dlist_keycmp_fn compare, const void *key) {

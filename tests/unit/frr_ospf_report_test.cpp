@@ -323,4 +323,14 @@ TEST_F(Report, EveryLabelOfEveryCode) {
     }
 }
 
+TEST_F(Report, AListThatANewKeyHasDamagedIsLeftOut) {
+    for (uint16_t id = 1; id <= 15; ++id) {
+        ASSERT_EQ(ucOspfEnableProcess(id), 0u);
+    }
+    ASSERT_EQ(ucOspfRedistribute(14, 1, 3, 20, 1, 1, 1, 0), 0u);
+    EXPECT_NE(report().find("networkType"), std::string::npos);
+    ASSERT_EQ(ucIpOspfAuthKey(2, 1, "12345678"), 0u);
+    EXPECT_EQ(report().find("networkType"), std::string::npos);
+}
+
 } // namespace
