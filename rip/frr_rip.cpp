@@ -4,6 +4,7 @@
 #include "rip/frr_rip.h"
 
 #include <cstdio>
+#include <string_view>
 #include <unistd.h>
 
 #include "common/front_end.h"
@@ -103,6 +104,18 @@ constexpr Keyword kRipInterfaceConfigTable[] = {
     {"authen_mode",        process_rip_interface_authen            },
     {"show",               process_rip_interface_show              },
 };
+
+template <std::size_t N> consteval bool wordsDiffer(const Keyword (&table)[N]) {
+    for (std::size_t i = 0; i < N; ++i) {
+        for (std::size_t j = i + 1; j < N; ++j) {
+            if (std::string_view(table[i].word) == table[j].word) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+static_assert(wordsDiffer(kRipConfigTable) && wordsDiffer(kRipInterfaceConfigTable));
 
 template <std::size_t N> void dispatch(const Keyword (&table)[N], int32_t argc, char **argv) {
     for (const Keyword &keyword : table) {

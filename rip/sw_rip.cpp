@@ -254,7 +254,7 @@ uint32_t swRipAutoSummSet(const char *vrf, uint32_t enable) {
     if (vrf == nullptr || !kSwitch.holds(enable)) {
         return kFailed;
     }
-    // 1 counts as success here, on purpose: the flag is kept although ripd has no such setting.
+    // 1, no connection or a warning, counts as success here, on purpose: the flag is the page's.
     const uint32_t sent = sendForBoth(vrf, enable == 1 ? "autosummary" : "no autosummary", kFailed);
     return sent != kOk ? sent : asStatus(ucRipAutosummSet(vrf, enable));
 }

@@ -81,12 +81,14 @@ struct AuthMethod {
     const char *mode;
 };
 
+constexpr const char *kTextMode = "ip rip authentication mode text";
+
+// By mode. Nobody asks for mode 0: ripd ignores its two empty commands.
 constexpr AuthMethod kAuthMethods[] = {
-    {"",                                   "",                                   "ip rip authentication mode text"}, // never asked for; harmless
-    {"no ip rip authentication key-chain", "ip rip authentication string %s",
-     "ip rip authentication mode text"                                                                            },
+    {"",                                   "",                                   kTextMode},
+    {"no ip rip authentication key-chain", "ip rip authentication string %s",    kTextMode},
     {"no ip rip authentication string",    "ip rip authentication key-chain %s",
-     "ip rip authentication mode md5"                                                                             },
+     "ip rip authentication mode md5"                                                     },
 };
 
 uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,
