@@ -182,7 +182,7 @@ protected:
 
 TEST_F(RowLines, AnAddressInAnyFormOpensARow) {
     for (const char *text : {"10.0.0.2 Full", "10.2 short", "167772162 number", "0x0a000002 hex",
-                             "010.0.0.2 octal", "   10.0.0.2 indented", "10.0.0.2"}) {
+                             "010.0.0.2 octal", "   10.0.0.2 indented"}) {
         EXPECT_EQ(neighbor(text),
                   std::string("reply ospf_pipe_c2lua_neighbor: \"") + text + "\\r\\n\"\n");
     }
