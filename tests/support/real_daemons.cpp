@@ -153,9 +153,9 @@ int Router::processCount(const std::string &name) const {
         std::string program;
         fields >> id >> user >> size >> state >> program;
         program = program.substr(program.rfind('/') + 1);
-        // One that is ending has lost its words and may still hold its lock; a zombie holds
-        // nothing.
-        const bool isEnding = state[0] != 'Z' && program == "[" + name + "]";
+        // One that is ending has lost its words while its other threads still hold its lock; it is
+        // gone when it is listed no more.
+        const bool isEnding = program == "[" + name + "]";
         count += program == name || isEnding ? 1 : 0;
     }
     return count;
@@ -184,11 +184,19 @@ Reply Router::configure(const std::string &daemon, const std::vector<std::string
 }
 
 std::string Router::runningConfig(const std::string &daemon) const {
-    return vty(daemon, "show running-config").text;
+    std::istringstream lines(vty(daemon, "show running-config").text);
+    std::string result;
+    for (std::string line; std::getline(lines, line);) {
+        // A daemon writes one for every interface that it has heard of, in use or not.
+        if (line != "!") {
+            result += line + "\n";
+        }
+    }
+    return result;
 }
 
 std::string Router::block(const std::string &daemon, const std::string &heading) const {
-    std::istringstream lines(runningConfig(daemon));
+    std::istringstream lines(vty(daemon, "show running-config").text);
     std::string result;
     std::string line;
     bool inside = false;

@@ -46,7 +46,8 @@ public:
     Reply vty(const std::string &daemon, const std::string &command) const;
     /// Commands from the configuration view on, in one session; ends at the first that is refused.
     Reply configure(const std::string &daemon, const std::vector<std::string> &commands) const;
-    /// The text of "show running-config".
+    /// The text of "show running-config" without its separating lines, whose number changes while
+    /// a daemon hears of interfaces.
     std::string runningConfig(const std::string &daemon) const;
     /// The lines of the running configuration from the one that equals the heading (for example
     /// "interface eth1.2") up to the block's end, the heading left out. Empty when there is no
