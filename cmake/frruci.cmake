@@ -1,13 +1,13 @@
 # SPDX-License-Identifier: Apache-2.0
 # Compiler settings shared by every target, and the rules of the library's own code.
 
-add_compile_options(-Wall -Wextra -Wconversion -Wshadow -fno-omit-frame-pointer)
+add_compile_options(-Wall -Wextra -Wconversion -Wshadow)
 add_compile_options($<$<COMPILE_LANG_AND_ID:CXX,Clang>:-Wglobal-constructors>)
 if(FRRUCI_WERROR)
     add_compile_options(-Werror)
 endif()
 if(FRRUCI_SANITIZE)
-    add_compile_options(-fsanitize=${FRRUCI_SANITIZE} -fno-sanitize-recover=all)
+    add_compile_options(-fsanitize=${FRRUCI_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${FRRUCI_SANITIZE})
 endif()
 if(FRRUCI_FUZZ)
@@ -24,7 +24,18 @@ function(frruci_library_language target)
         -ffunction-sections -fdata-sections)
     target_link_options(${target} PRIVATE -Wl,--gc-sections -Wl,--as-needed)
     if(NOT FRRUCI_SANITIZE AND NOT FRRUCI_FUZZ)
-        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+        # Flash is scarce, and nothing is ever thrown through this code.
+        target_compile_options(${target} PRIVATE
+            -fno-asynchronous-unwind-tables -fno-unwind-tables -fomit-frame-pointer)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined -Wl,--hash-style=gnu)
+    endif()
+    if(NOT (FRRUCI_TESTS AND FRRUCI_UNIT_TESTS))
+        # Its own functions are called directly. Unit tests put functions of theirs in their place.
+        target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
+    endif()
+    if(FRRUCI_SMALLEST)
+        target_compile_options(${target} PRIVATE -Oz -flto)
+        target_link_options(${target} PRIVATE -Oz -flto -Wl,-O2 -Wl,--icf=safe -Wl,-z,rel)
     endif()
 endfunction()
 

@@ -26,6 +26,9 @@ foreach(kind IN ITEMS EXE SHARED MODULE)
     set(CMAKE_${kind}_LINKER_FLAGS_INIT "-fuse-ld=lld -static-libgcc")
 endforeach()
 
+# Optimised as a whole, and with relocations of two thirds of the usual size, which musl reads as well.
+set(FRRUCI_SMALLEST ON)
+
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
