@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The host program with the real library, against fake daemons: the whole road of a request.
 
+#include <cstdlib>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -54,7 +55,11 @@ Outcome frruci(std::vector<std::string> words) {
 
 class Road : public testing::Test {
 protected:
-    void SetUp() override { stage_.noPipe("ospf_pipe_c2lua"); } // the program makes its own
+    void SetUp() override {
+        stage_.noPipe("ospf_pipe_c2lua"); // the program makes its own
+        // Sanitizers load libraries in the program's name, without its run path.
+        setenv("FRRUCI_LIBRARY", LIBRARY, 1);
+    }
 
     stage::Stage stage_;
 };
