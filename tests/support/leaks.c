@@ -3,7 +3,7 @@
  * nothing, and the OSPF model, which lives as long as the process. Whatever these hold is left out
  * with them. */
 
-const char *__lsan_default_suppressions(void);
+__attribute__((visibility("default"))) const char *__lsan_default_suppressions(void);
 
 const char *__lsan_default_suppressions(void) {
     return "leak:dlistCreate\nleak:ucOspfInit\n";
