@@ -33,7 +33,7 @@ function(frruci_library_language target)
         # Its own functions are called directly. Unit tests put functions of theirs in their place.
         target_link_options(${target} PRIVATE -Wl,-Bsymbolic-functions)
     endif()
-    if(FRRUCI_SMALLEST)
+    if(FRRUCI_ROUTER)
         target_compile_options(${target} PRIVATE -Oz -flto)
         target_link_options(${target} PRIVATE -Oz -flto -Wl,-O2 -Wl,--icf=safe -Wl,-z,rel)
     endif()

@@ -27,7 +27,7 @@ foreach(kind IN ITEMS EXE SHARED MODULE)
 endforeach()
 
 # Optimised as a whole, and with relocations of two thirds of the usual size, which musl reads as well.
-set(FRRUCI_SMALLEST ON)
+set(FRRUCI_ROUTER ON)
 
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)

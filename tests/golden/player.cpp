@@ -9,9 +9,11 @@
 #include <cstring>
 #include <dlfcn.h>
 #include <new>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "tests/golden/painted_stack.h"
 #include "tests/support/buffer.h"
 #include "tests/support/stage.h"
 
@@ -34,6 +36,33 @@ struct File {
 
 File file;
 int position; // the line being played, for messages
+
+/// The deepest call of all cases, which run in processes of their own.
+struct Deepest {
+    std::size_t bytes;
+    int line;
+};
+
+Deepest *deepest; // shared by the processes
+
+void noteStack(std::size_t bytes) {
+    if (bytes > deepest->bytes) {
+        *deepest = {bytes, position + 1};
+    }
+}
+
+// FRRUCI_STACK_FIGURE names a file for the figure.
+bool reportStack() {
+    (void)printf("stack: %zu bytes at most, in line %d\n", deepest->bytes, deepest->line);
+    const char *path = getenv("FRRUCI_STACK_FIGURE");
+    if (path == nullptr) {
+        return true;
+    }
+    FILE *stream = fopen(path, "w");
+    return stream != nullptr &&
+           fprintf(stream, "%zu %s:%d\n", deepest->bytes, file.path, deepest->line) > 0 &&
+           fclose(stream) == 0;
+}
 
 [[noreturn]] void stop(const char *what) {
     (void)fprintf(stderr, "%s:%d: %s\n", file.path, position + 1, what);
@@ -410,8 +439,10 @@ void Player::call(const Words &words) {
     }
     const auto function = reinterpret_cast<Function>(find(words.at[1].text));
     memset(scratch_, 0, sizeof scratch_);
+    golden::paintStack();
     result_ = function(at[0], at[1], at[2], at[3], at[4], at[5], at[6], at[7], at[8], at[9], at[10],
                        at[11], at[12], at[13]);
+    noteStack(golden::usedStack());
 }
 
 void Player::handler(const Words &words) {
@@ -421,7 +452,9 @@ void Player::handler(const Words &words) {
         vector[i - 2] = isWord(words.at[i], "null") ? nullptr : words.at[i].text;
     }
     const auto function = reinterpret_cast<Handler>(find(words.at[1].text));
+    golden::paintStack();
     result_ = static_cast<uint64_t>(function(words.count - 2, vector));
+    noteStack(golden::usedStack());
 }
 
 void Player::result(const Words &words) {
@@ -556,6 +589,13 @@ int main(int argc, char **argv) {
         perror(argv[1]);
         return 2;
     }
+    void *shared =
+        mmap(nullptr, sizeof(Deepest), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
+    if (shared == MAP_FAILED) {
+        perror("player");
+        return 2;
+    }
+    deepest = new (shared) Deepest();
     int passed = 0;
     int failed = 0;
     for (int line = 0; line < file.count; ++line) {
@@ -570,5 +610,5 @@ int main(int argc, char **argv) {
         }
     }
     (void)printf("%d passed, %d failed\n", passed, failed);
-    return failed == 0 && passed > 0 ? 0 : 1;
+    return reportStack() && failed == 0 && passed > 0 ? 0 : 1;
 }
