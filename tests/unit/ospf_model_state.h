@@ -3,6 +3,7 @@
 #ifndef FRRUCI_TESTS_UNIT_OSPF_MODEL_STATE_H
 #define FRRUCI_TESTS_UNIT_OSPF_MODEL_STATE_H
 
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -19,6 +20,17 @@ uint32_t address(const char *text);
 
 /// A 64-bit key word: the first word in the low half.
 uint64_t words(uint32_t first, uint32_t second);
+
+/// Whether the fixed clear loses slot 14's list: only where addresses reach beyond their fifth
+/// byte.
+inline bool fixedClearLosesList() {
+    return reinterpret_cast<uintptr_t>(pucOspf->process[14].networks) >> 40 != 0;
+}
+
+/// What Changes says of that list then.
+inline std::string lostListLine() {
+    return fixedClearLosesList() ? "slot 14 redistributions: (cut)\n" : "";
+}
 
 /// Every field of the block that pucOspf points at, by a name such as "slot 0 adminDistance" or
 /// "entry 3 cost". A list is one text, its records from the head on.

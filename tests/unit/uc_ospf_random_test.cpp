@@ -120,7 +120,7 @@ struct PlainModel {
     }
 
     void clearFixedPlace() {
-        processes[14].redistributionsLost = true;
+        processes[14].redistributionsLost = model::fixedClearLosesList();
         processes[15].enabled = 0;
         processes[15].id = 0;
         processes[15].reserved &= 0xffffff00;
