@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <pthread.h>
 
 namespace frruci::rip {
@@ -45,6 +46,11 @@ inline constexpr uint8_t kInitialMetric = 1;
 inline constexpr uint8_t kInitialDistance = 120;
 
 inline constexpr uint32_t kVlanInterface = 1; // RipNetIf.type
+
+/// Sends the steps in order over one session, each only after the one before it succeeded and into
+/// a reply buffer of its own: a cut answer is not completed by an older one.
+/// Result: kOk, or kFailed when the connection or a step failed.
+uint32_t deliver(const char *path, std::initializer_list<const char *> steps);
 
 /// Holds a mutex of the model for its scope.
 class Locked {

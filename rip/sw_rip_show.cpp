@@ -8,7 +8,6 @@
 #include "common/front_end.h"
 #include "common/text.h"
 #include "rip/rip_internal.h"
-#include "vty/session.h"
 
 namespace {
 
@@ -94,7 +93,7 @@ uint32_t sw_rip_if_cmd(const char *ifname, const char *command, const char *sock
     }
     char context[kLinkContextBytes];
     format(context, "interface %s", ifname);
-    return frruci::vty::deliver(socketPath, {"en", "config", context, command});
+    return deliver(socketPath, {"en", "config", context, command});
 }
 
 uint32_t init_rip_interface() {

@@ -102,6 +102,20 @@ void printInterface(const RipInterfaceNode &interface) {
 
 } // namespace
 
+uint32_t frruci::rip::deliver(const char *path, std::initializer_list<const char *> steps) {
+    Session session(path);
+    if (!session.isOpen()) {
+        return kFailed;
+    }
+    for (const char *step : steps) {
+        char reply[frruci::vty::kReplyBytes] = {};
+        if (!session.run(step, reply)) {
+            return kFailed;
+        }
+    }
+    return kOk;
+}
+
 uint32_t swRipAutoRun(const char *vrf, const char *command, int32_t replyLen, uint32_t /*selector*/,
                       char *reply) {
     dlist *params = nullptr;
@@ -125,7 +139,7 @@ uint32_t doVtyRipConfigInterface(const char *ifname, uint32_t /*selector*/, cons
     }
     char context[frruci::vty::kCommandBytes];
     format(context, "interface %s", ifname);
-    return frruci::vty::deliver(kRipSocket, {"enable", "configure", context, command});
+    return deliver(kRipSocket, {"enable", "configure", context, command});
 }
 
 uint32_t ripVtyPrint(const char *command, uint32_t /*selector*/) {
