@@ -43,8 +43,7 @@ void measure(const char *package, const char *name) {
         sets.push_back(bench::microseconds(
             [&] { insist(frr_uci_set(package, "last", "value", next.c_str())); }));
     }
-    std::printf("  %-8s  get %8.1f us   set %8.1f us\n", name, bench::median(gets),
-                bench::median(sets));
+    std::printf("| %s | %.1f | %.1f |\n", name, bench::median(gets), bench::median(sets));
 }
 
 } // namespace
@@ -52,7 +51,9 @@ void measure(const char *package, const char *name) {
 int main() {
     const std::string text = storeText();
     std::ofstream("/etc/config/bench") << text;
-    std::printf("one store access, file of %zu bytes, %d runs, medians:\n", text.size(), kRuns);
+    std::printf("## One store access, file of %zu bytes\n\n%d runs each, medians.\n\n"
+                "| package | get, us | set, us |\n|---|--:|--:|\n",
+                text.size(), kRuns);
     measure("bench", "by name");
     measure("/etc/config/bench", "by path");
     return 0;
