@@ -9,50 +9,14 @@
 
 #include "nhrp/frr_nhrp.h"
 #include "nhrp/sw_nhrp.h"
+#include "tests/fuzz/request.h"
 #include "tests/support/stage.h"
 
 namespace {
 
-constexpr std::size_t kMaxBytes = 4096;
-constexpr int kMaxWords = 64;
-constexpr int kSpare = 8; // null entries behind the words
+using namespace fuzz;
+
 constexpr std::size_t kPrefix = sizeof "reply nhrp_pipe_c2lua: " - 1;
-
-void insist(bool truth) {
-    if (!truth) {
-        abort();
-    }
-}
-
-struct Request {
-    char text[kMaxBytes + 1] = {};
-    char handler = 's';
-    long more = 0;
-    int count = 0;
-    char *words[kMaxWords + kSpare] = {};
-};
-
-void read(const unsigned char *data, std::size_t size, Request &request) {
-    memcpy(request.text, data, size < kMaxBytes ? size : kMaxBytes);
-    char *rest = request.text;
-    for (int line = 0; rest != nullptr && request.count < kMaxWords; ++line) {
-        char *word = strsep(&rest, "\n");
-        if (line == 0) {
-            request.handler = word[0];
-        } else if (line == 1) {
-            request.more = strtol(word, nullptr, 10);
-        } else {
-            request.words[request.count++] = strcmp(word, "~") == 0 ? nullptr : word;
-        }
-    }
-}
-
-/// What argc says: any number, but not more than there are entries to look at.
-int32_t argcOf(const Request &request) {
-    const long more = std::clamp(request.more, long{INT32_MIN}, long{INT32_MAX});
-    const long argc = std::clamp(request.count + more, long{INT32_MIN}, long{kMaxWords});
-    return static_cast<int32_t>(argc);
-}
 
 /// One session at the most, and one reply where one is due.
 void insistOnTrace(const char *trace, bool replies) {
@@ -79,13 +43,12 @@ void insistOnTrace(const char *trace, bool replies) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     static Request request;
-    request = Request();
     read(data, size, request);
-    const int32_t argc = argcOf(request);
+    const int32_t argc = argcOf(request, kMaxWords);
     stage::Stage stage;
     stage::writeFile("/etc/config/nhrp", "config nhrp 'sdwan'\n");
     const int open = stage::Stage::openDescriptors();
-    switch (request.handler) {
+    switch (request.head[0]) {
     case 'i':
         process_nhrp_interface(argc, request.words);
         insistOnTrace(stage.trace(), argc > 1);

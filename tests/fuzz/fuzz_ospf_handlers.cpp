@@ -13,23 +13,17 @@
 #include "ospf/frr_ospf_process.h"
 #include "ospf/sw_ospf.h"
 #include "ospf/vty_ospf.h"
+#include "tests/fuzz/request.h"
 
 namespace {
 
-constexpr std::size_t kMaxBytes = 4096;
-constexpr int kMaxWords = 64;
-constexpr int kSpare = 8; // null entries behind the words
+using namespace fuzz;
+
 constexpr std::size_t kMostCommand = 255;
 
 int replies = 0;
 int commands = 0;
 int calls = 0;
-
-void insist(bool truth) {
-    if (!truth) {
-        abort();
-    }
-}
 
 bool begins(const char *text, const char *prefix) {
     return strncmp(text, prefix, strlen(prefix)) == 0;
@@ -122,35 +116,6 @@ int32_t swOspfShowOspf(uint16_t, const char *what, int32_t mode) {
 
 namespace {
 
-struct Request {
-    char text[kMaxBytes + 1] = {};
-    char handler = 'i';
-    long more = 0;
-    int count = 0;
-    char *words[kMaxWords + kSpare] = {};
-};
-
-void read(const unsigned char *data, std::size_t size, Request &request) {
-    memcpy(request.text, data, size < kMaxBytes ? size : kMaxBytes);
-    char *rest = request.text;
-    for (int line = 0; rest != nullptr && request.count < kMaxWords; ++line) {
-        char *word = strsep(&rest, "\n");
-        if (line == 0) {
-            request.handler = word[0];
-        } else if (line == 1) {
-            request.more = strtol(word, nullptr, 10);
-        } else {
-            request.words[request.count++] = strcmp(word, "~") == 0 ? nullptr : word;
-        }
-    }
-}
-
-/// What argc says: any number.
-int32_t argcOf(const Request &request) {
-    const long more = std::clamp(request.more, long{INT32_MIN}, long{INT32_MAX});
-    return static_cast<int32_t>(std::clamp(request.count + more, long{INT32_MIN}, long{INT32_MAX}));
-}
-
 struct Handler {
     char letter;
     void (*call)(int32_t, char **);
@@ -179,11 +144,10 @@ int wordsOf(const Request &request, int32_t argc) {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     static Request request;
-    request = Request();
     read(data, size, request);
     const int32_t argc = argcOf(request);
     for (const Handler &handler : kHandlers) {
-        if (handler.letter != request.handler) {
+        if (handler.letter != request.head[0]) {
             continue;
         }
         replies = 0;

@@ -12,20 +12,13 @@
 
 #include "rip/frr_rip.h"
 #include "rip/sw_rip.h"
+#include "tests/fuzz/request.h"
 #include "tests/support/stage.h"
 #include "vty/views.h"
 
 namespace {
 
-constexpr std::size_t kMaxBytes = 4096;
-constexpr int kMaxWords = 32;
-constexpr int kSpare = 8; // null entries behind the words
-
-void insist(bool truth) {
-    if (!truth) {
-        abort();
-    }
-}
+using namespace fuzz;
 
 struct Handler {
     char letter;
@@ -55,37 +48,10 @@ constexpr Handler kHandlers[] = {
     {'N', nullptr,               0, process_rip_interface_show              },
 };
 
-struct Request {
-    char text[kMaxBytes + 1] = {};
-    char handler = 'c';
-    uint8_t code = 0;
-    long more = 0;
-    int count = 0;
-    char *words[kMaxWords + kSpare] = {};
-};
-
-void read(const unsigned char *data, std::size_t size, Request &request) {
-    memcpy(request.text, data, size < kMaxBytes ? size : kMaxBytes);
-    char *rest = request.text;
-    for (int line = 0; rest != nullptr && request.count < kMaxWords; ++line) {
-        char *word = strsep(&rest, "\n");
-        if (line == 0) {
-            request.handler = word[0];
-            request.code = word[0] != '\0' && word[1] >= '0' && word[1] <= '9'
-                               ? static_cast<uint8_t>(word[1] - '0')
-                               : 0;
-        } else if (line == 1) {
-            request.more = strtol(word, nullptr, 10);
-        } else {
-            request.words[request.count++] = strcmp(word, "~") == 0 ? nullptr : word;
-        }
-    }
-}
-
-/// What argc says: any number, but not more than there are entries to look at.
-int32_t argcOf(const Request &request) {
-    const long more = std::clamp(request.more, long{INT32_MIN}, long{INT32_MAX});
-    return static_cast<int32_t>(std::clamp(request.count + more, long{INT32_MIN}, long{kMaxWords}));
+/// The digit behind the handler's letter.
+uint8_t codeOf(const Request &request) {
+    const char digit = request.head[0] != '\0' ? request.head[1] : '\0';
+    return digit >= '0' && digit <= '9' ? static_cast<uint8_t>(digit - '0') : 0;
 }
 
 bool hasWords(const Request &request, int32_t argc, int32_t count) {
@@ -194,19 +160,18 @@ RipVrfNode *prepare() {
 
 extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t size) {
     static Request request;
-    request = Request();
     read(data, size, request);
-    const int32_t argc = argcOf(request);
+    const int32_t argc = argcOf(request, kMaxWords);
     const auto *handler =
         std::find_if(std::begin(kHandlers), std::end(kHandlers),
-                     [](const Handler &each) { return each.letter == request.handler; });
+                     [](const Handler &each) { return each.letter == request.head[0]; });
     if (handler == std::end(kHandlers)) {
         return 0;
     }
     stage::Stage stage;
     const RipVrfNode *vrf = prepare();
-    if (request.code != 0) {
-        stage.answerAll("ripd", {.code = request.code});
+    if (codeOf(request) != 0) {
+        stage.answerAll("ripd", {.code = codeOf(request)});
     }
     const int open = stage::Stage::openDescriptors();
     if (handler->dispatch != nullptr) {
