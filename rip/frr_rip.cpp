@@ -85,7 +85,8 @@ struct Keyword {
     int32_t (*handle)(int32_t argc, char **argv);
 };
 
-constexpr Keyword kRipConfigTable[] = {
+// NOLINTNEXTLINE(readability-identifier-naming): the front-end's documentation calls it so
+constexpr Keyword rip_config_table[] = {
     {"rip_version",         process_rip_config_version            },
     {"rip_distance",        process_rip_config_distance           },
     {"auto_summary",        process_rip_config_auto_summary       },
@@ -97,7 +98,8 @@ constexpr Keyword kRipConfigTable[] = {
     {"garbage_timer",       process_rip_config_garbage_timer      },
 };
 
-constexpr Keyword kRipInterfaceConfigTable[] = {
+// NOLINTNEXTLINE(readability-identifier-naming): the front-end's documentation calls it so
+constexpr Keyword rip_interface_config_table[] = {
     {"split_horizon_mode", process_rip_interface_split_horizon_mode},
     {"send_version",       process_rip_interface_send_version      },
     {"receive_version",    process_rip_interface_recv_version      },
@@ -115,7 +117,7 @@ template <std::size_t N> consteval bool wordsDiffer(const Keyword (&table)[N]) {
     }
     return true;
 }
-static_assert(wordsDiffer(kRipConfigTable) && wordsDiffer(kRipInterfaceConfigTable));
+static_assert(wordsDiffer(rip_config_table) && wordsDiffer(rip_interface_config_table));
 
 template <std::size_t N> void dispatch(const Keyword (&table)[N], int32_t argc, char **argv) {
     for (const Keyword &keyword : table) {
@@ -200,7 +202,7 @@ void rip_enable() {
 
 void process_rip_config(int32_t argc, char **argv) {
     if (hasWords(argc, argv, 1)) {
-        dispatch(kRipConfigTable, argc, argv);
+        dispatch(rip_config_table, argc, argv);
     }
 }
 
@@ -209,7 +211,7 @@ void process_rip_interface(int32_t argc, char **argv) {
         return;
     }
     (void)record_log_act("frr_rip:%d: %d, %s\n", kInterfaceLine, argc, argv[0]);
-    dispatch(kRipInterfaceConfigTable, argc, argv);
+    dispatch(rip_interface_config_table, argc, argv);
 }
 
 void process_rip_network(int32_t argc, char **argv) {
