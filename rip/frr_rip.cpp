@@ -207,7 +207,8 @@ void process_rip_config(int32_t argc, char **argv) {
 }
 
 void process_rip_interface(int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 2)) {
+    // The second word has to be counted, not to be there: "show" never reads it.
+    if (argc < 2 || !hasWords(argc, argv, 1)) {
         return;
     }
     (void)record_log_act("frr_rip:%d: %d, %s\n", kInterfaceLine, argc, argv[0]);

@@ -34,7 +34,8 @@ void rip_enable(void);
 void process_rip_config(int32_t argc, char **argv);
 
 /* Keywords: split_horizon_mode, send_version, receive_version, authen_mode, show. Does nothing with
- * fewer than two words, so "show" needs a second one, which it does not read. Logs the call. */
+ * fewer than two words, so "show" needs a second one, which it does not read and which may be null.
+ * Logs the call. */
 void process_rip_interface(int32_t argc, char **argv);
 
 /* {"add", ip, mask} announces a network; any other first word withdraws it. Sent twice, once for
