@@ -134,11 +134,13 @@ uint32_t swRipIfAuthenticationSet(const char *ifname, RipNetIf key, uint32_t mod
 /* Sends "[no] passive-interface eth1.<vid>" inside the instance "default" and stores the flag, when
  * the front-end says that the VLAN is a LAN or a WAN VLAN. The interface's record is made first and
  * stays whatever happens then.
- * Result: as above, 1 also when the VLAN is neither; not being able to store is no failure. */
+ * Result: that of an instance-level command, a refusal included; 1 also when the VLAN is neither.
+ * Not being able to store is no failure. */
 uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable);
 
 /* Sends "no key chain <chain>" from the configure context, after asking the front-end about
- * key.vid. Result: as above; 0 also for a null chain (nothing is sent). */
+ * key.vid. Result: that of an instance-level command, a refusal included; 0 also for a null chain
+ * (nothing is sent). */
 uint32_t swRipKeychainClean(RipNetIf key, const char *chain);
 
 /* Sends "key chain <chain>", "key <keyid>" and "key-string <keystring>" from the configure context,
