@@ -22,30 +22,31 @@ using namespace fuzz;
 
 struct Handler {
     char letter;
-    void (*dispatch)(int32_t, char **); // replies when its words are there
-    int32_t minimum;
+    void (*dispatch)(int32_t, char **);  // replies when its words are there
+    int32_t minimum;                     // of argc
+    int32_t present;                     // words that must not be null
     int32_t (*handle)(int32_t, char **); // never replies
 };
 
 constexpr Handler kHandlers[] = {
-    {'g', process_rip_global,    1, nullptr                                 },
-    {'c', process_rip_config,    1, nullptr                                 },
-    {'i', process_rip_interface, 2, nullptr                                 },
-    {'n', process_rip_network,   3, nullptr                                 },
-    {'A', nullptr,               0, process_rip_config_version              },
-    {'B', nullptr,               0, process_rip_config_distance             },
-    {'C', nullptr,               0, process_rip_config_auto_summary         },
-    {'D', nullptr,               0, process_rip_config_default_metric       },
-    {'E', nullptr,               0, process_rip_config_redistribute_static  },
-    {'F', nullptr,               0, process_rip_config_redistribute_ospf    },
-    {'G', nullptr,               0, process_rip_config_update_timer         },
-    {'H', nullptr,               0, process_rip_config_timeout_timer        },
-    {'I', nullptr,               0, process_rip_config_garbage_timer        },
-    {'J', nullptr,               0, process_rip_interface_split_horizon_mode},
-    {'K', nullptr,               0, process_rip_interface_send_version      },
-    {'L', nullptr,               0, process_rip_interface_recv_version      },
-    {'M', nullptr,               0, process_rip_interface_authen            },
-    {'N', nullptr,               0, process_rip_interface_show              },
+    {'g', process_rip_global,    1, 1, nullptr                                 },
+    {'c', process_rip_config,    1, 1, nullptr                                 },
+    {'i', process_rip_interface, 2, 1, nullptr                                 },
+    {'n', process_rip_network,   3, 3, nullptr                                 },
+    {'A', nullptr,               0, 0, process_rip_config_version              },
+    {'B', nullptr,               0, 0, process_rip_config_distance             },
+    {'C', nullptr,               0, 0, process_rip_config_auto_summary         },
+    {'D', nullptr,               0, 0, process_rip_config_default_metric       },
+    {'E', nullptr,               0, 0, process_rip_config_redistribute_static  },
+    {'F', nullptr,               0, 0, process_rip_config_redistribute_ospf    },
+    {'G', nullptr,               0, 0, process_rip_config_update_timer         },
+    {'H', nullptr,               0, 0, process_rip_config_timeout_timer        },
+    {'I', nullptr,               0, 0, process_rip_config_garbage_timer        },
+    {'J', nullptr,               0, 0, process_rip_interface_split_horizon_mode},
+    {'K', nullptr,               0, 0, process_rip_interface_send_version      },
+    {'L', nullptr,               0, 0, process_rip_interface_recv_version      },
+    {'M', nullptr,               0, 0, process_rip_interface_authen            },
+    {'N', nullptr,               0, 0, process_rip_interface_show              },
 };
 
 /// The digit behind the handler's letter.
@@ -54,9 +55,10 @@ uint8_t codeOf(const Request &request) {
     return digit >= '0' && digit <= '9' ? static_cast<uint8_t>(digit - '0') : 0;
 }
 
-bool hasWords(const Request &request, int32_t argc, int32_t count) {
-    return argc >= count && std::all_of(request.words, request.words + count,
-                                        [](char *word) { return word != nullptr; });
+bool isAnswered(const Handler &handler, const Request &request, int32_t argc) {
+    return handler.dispatch != nullptr && argc >= handler.minimum &&
+           std::all_of(request.words, request.words + handler.present,
+                       [](char *word) { return word != nullptr; });
 }
 
 bool startsWith(const char *line, const char *prefix) {
@@ -180,8 +182,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         (void)handler->handle(argc, request.words);
     }
     const Seen seen = checkTrace(stage.trace());
-    const bool replies = handler->dispatch != nullptr && hasWords(request, argc, handler->minimum);
-    insist(seen.replies == (replies ? 1 : 0));
+    insist(seen.replies == (isAnswered(*handler, request, argc) ? 1 : 0));
     insist(stage::Stage::openDescriptors() == open + seen.leftOpen);
     checkInstance(*vrf);
     checkInterfaces();
