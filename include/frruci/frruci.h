@@ -13,10 +13,10 @@
  *     reads; the write waits in open until a reader is there. Without the pipe nothing is written.
  *  5. "Logs" means one line appended to /tmp/tmp/data; without that folder the line is dropped.
  *  6. "Sends" means: over a session of its own on the daemon's vty socket in /var, closed before
- * the function returns unless its description says otherwise.
+ *     the function returns unless its description says otherwise.
  *  7. Calls run on the caller's thread, one handler at a time. The library starts no threads.
  *  8. Times are whole seconds unless a name says otherwise. Addresses held as numbers are in
- * network order as they lie in memory: the first octet of the dotted text has the lowest address.
+ *     network order as they lie in memory: the first octet has the lowest address.
  *  9. Flags named set, enable or add are 1 for the setting and 0 for its "no" form.
  * 10. A few texts and behaviours look wrong and are intended; docs/behaviour.md lists them. */
 #ifndef FRRUCI_FRRUCI_H
