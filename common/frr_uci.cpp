@@ -79,6 +79,16 @@ int32_t setAndCommit(uci_context *context, uci_ptr &target) {
     return result;
 }
 
+/// A commit that cannot read the file anew has released the package and not said so.
+bool isLoaded(const uci_context *context, const uci_package *package) {
+    const uci_list *const end = &context->root;
+    const uci_list *node = end->next;
+    while (node != end && reinterpret_cast<const uci_package *>(node) != package) {
+        node = node->next;
+    }
+    return node != end;
+}
+
 int32_t runStep(const InitStep &step) {
     return step.option != nullptr ? frr_uci_set(step.package, step.name, step.option, step.value)
                                   : frr_uci_add_section(step.package, step.name, step.value);
@@ -154,7 +164,9 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     // Intended: failures to store are not reported; the result tells whether a section was made.
     (void)uci_save(context, loaded);
     (void)uci_commit(context, &loaded, false);
-    (void)uci_unload(context, loaded);
+    if (isLoaded(context, loaded)) {
+        (void)uci_unload(context, loaded);
+    }
     uci_free_context(context);
     return result;
 }

@@ -18,6 +18,8 @@ struct Calls {
     std::map<uci_context *, int> contexts;
     int made = 0;
     bool watching = false;
+    bool commitLosesPackage = false; // as when the file cannot be read anew
+    std::string savedName;           // of the last section, when it is saved
 };
 Calls *calls;
 
@@ -106,12 +108,19 @@ int uci_add_section(uci_context *ctx, uci_package *package, const char *type,
 
 int uci_save(uci_context *ctx, uci_package *package) {
     record("save", ctx, package->e.name);
+    if (calls->watching && package->sections.prev != &package->sections) {
+        calls->savedName = reinterpret_cast<uci_section *>(package->sections.prev)->e.name;
+    }
     const int code = failure("save");
     return code != 0 ? code : next("uci_save", &uci_save)(ctx, package);
 }
 
 int uci_commit(uci_context *ctx, uci_package **package, bool overwrite) {
     record("commit", ctx, std::string((*package)->e.name) + (overwrite ? " overwrite" : ""));
+    if (calls->watching && calls->commitLosesPackage) {
+        (void)next("uci_unload", &uci_unload)(ctx, *package);
+        return UCI_ERR_PARSE; // the caller's pointer stays, to what is gone
+    }
     const int code = failure("commit");
     return code != 0 ? code : next("uci_commit", &uci_commit)(ctx, package, overwrite);
 }
@@ -132,6 +141,8 @@ protected:
         calls_.watching = false;
     }
 
+    void losePackageInCommit() { calls_.commitLosesPackage = true; }
+    std::string savedName() const { return calls_.savedName; }
     void fail(const char *function, int code) { calls_.failures[function] = code; }
     std::string trace() { return std::exchange(calls_.trace, ""); }
     static std::string log() { return store::read(store::kLog); }
@@ -226,6 +237,24 @@ TEST_F(FrrUciCalls, addSavesCommitsAndUnloads) {
     EXPECT_EQ(trace(), "alloc#1; load#1 ospf; add#1 ospf abc; save#1 ospf; commit#1 ospf; "
                        "unload#1 ospf; free#1");
     EXPECT_EQ(log(), "(none)");
+}
+
+TEST_F(FrrUciCalls, nameCoversTheBeginningOfTheMadeUpOne) {
+    EXPECT_EQ(frr_uci_add_section("ospf", "", "abc"), 0);
+    const std::string first = savedName();
+    ASSERT_EQ(first.size(), 9U);
+    EXPECT_EQ(frr_uci_add_section("ospf", "XYZ1", "abc"), 0);
+    EXPECT_EQ(savedName().substr(0, 4), "XYZ1");
+    EXPECT_EQ(savedName().size(), 9U);
+    EXPECT_EQ(savedName().substr(5), first.substr(5)) << "the hash of the type";
+    EXPECT_EQ(frr_uci_add_section("ospf", "a_name_too_long", "abc"), 0);
+    EXPECT_EQ(savedName(), "a_name_to");
+}
+
+TEST_F(FrrUciCalls, packageThatACommitLostIsNotUnloaded) {
+    losePackageInCommit();
+    EXPECT_EQ(frr_uci_add_section("ospf", "cfg", "abc"), 0);
+    EXPECT_EQ(trace(), "alloc#1; load#1 ospf; add#1 ospf abc; save#1 ospf; commit#1 ospf; free#1");
 }
 
 TEST_F(FrrUciCalls, failedAddIsLoggedAndStillCommitted) {
