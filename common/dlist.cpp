@@ -207,9 +207,11 @@ int32_t dlistVisit(dlist *list, dlist_visit_fn visit, void *ctx) {
         return kInvalidArgument;
     }
     int32_t result = kSuccess;
-    for (dlist_node *node = list->head; node != nullptr && result != kStopVisit;
-         node = node->next) {
+    for (dlist_node *node = list->head; node != nullptr; node = node->next) {
         result = visit(ctx, node->data);
+        if (result == kStopVisit) {
+            break; // the visitor may have deleted the node
+        }
     }
     return result;
 }

@@ -33,7 +33,8 @@ typedef int32_t (*dlist_cmp_fn)(void *a, void *b);
 /* Compares a key, always the first argument, with a node's data: 0 when they match. */
 typedef int32_t (*dlist_keycmp_fn)(void *key, void *data);
 
-/* Is shown one node's data; 2 stops the walk. Must not delete the node that it is shown. */
+/* Is shown one node's data; 2 stops the walk. Must not delete the node that it is shown,
+ * unless it stops the walk. */
 typedef int32_t (*dlist_visit_fn)(void *ctx, void *data);
 
 typedef struct dlist {             /* 40 bytes */

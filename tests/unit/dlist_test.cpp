@@ -266,12 +266,16 @@ struct Witness {
     uint64_t countThen;
     dlist_node *headThen;
     int calls;
+    const dlist_node *own = nullptr; // the node that is being deleted
+    bool linksCleared = false;
 };
 
 void witness(void *data) {
     auto *seen = static_cast<Witness *>(data);
     seen->countThen = seen->list->count;
     seen->headThen = seen->list->head;
+    seen->linksCleared =
+        seen->own != nullptr && seen->own->prev == nullptr && seen->own->next == nullptr;
     ++seen->calls;
 }
 
@@ -282,7 +286,9 @@ TEST(Dlist, DataAreReleasedAfterUnlinkingAndBeforeCountingDown) {
     EXPECT_EQ(dlistAppend(list, &first), 0);
     EXPECT_EQ(dlistAppend(list, &second), 0);
     dlist_node *const left = list->tail;
+    first.own = list->head;
     EXPECT_EQ(dlistDelete(list, list->head), 0);
+    EXPECT_TRUE(first.linksCleared);
     EXPECT_EQ(first.calls, 1);
     EXPECT_EQ(first.countThen, 2U);
     EXPECT_EQ(first.headThen, left);
@@ -361,6 +367,25 @@ TEST(Dlist, VisitEndsWithTwoOnly) {
     Walk second = {{}, 2, 0};
     EXPECT_EQ(dlistVisit(list, step, &second), 2);
     EXPECT_EQ(second.seen, (std::vector<int>{1, 2}));
+}
+
+int32_t takeOutAndStop(void *ctx, void *) {
+    auto *list = static_cast<dlist *>(ctx);
+    (void)dlistDelete(list, list->head);
+    return 2;
+}
+
+TEST(Dlist, AVisitThatStopsLooksAtItsNodeNoMore) {
+    const OwnList list;
+    Item items[] = {
+        {1, 0},
+        {2, 0}
+    };
+    for (Item &item : items) {
+        EXPECT_EQ(dlistAppend(list, &item), 0);
+    }
+    EXPECT_EQ(dlistVisit(list, takeOutAndStop, list), 2); // sanitizers see a look behind the end
+    EXPECT_EQ(keys(list), "2 ");
 }
 
 TEST(Dlist, AVisitorMayAppend) {
