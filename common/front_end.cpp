@@ -156,6 +156,9 @@ int32_t record_log_act(const char *format, ...) {
 }
 
 int32_t write_pipe_to_lua(const char *text, const char *path) {
+    if (text == nullptr) {
+        text = "";
+    }
     const int pipe = open(path, O_WRONLY | O_CLOEXEC);
     if (pipe < 0) {
         return pipe;

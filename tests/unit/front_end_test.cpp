@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
 // The log line, the reply pipe, the shell-safety check and the questions to the Lua side.
 
+#include <csignal>
 #include <cstdlib>
+#include <ctime>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
@@ -122,6 +124,25 @@ TEST_F(FrontEnd, AReaderThatLeavesDoesNotEndTheProcess) {
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
 }
 
+TEST_F(FrontEnd, ASignalThatTheHostHoldsBackStaysPending) {
+    sigset_t held;
+    sigset_t before;
+    ASSERT_EQ(sigemptyset(&held), 0);
+    ASSERT_EQ(sigaddset(&held, SIGPIPE), 0);
+    ASSERT_EQ(pthread_sigmask(SIG_BLOCK, &held, &before), 0);
+    ASSERT_EQ(raise(SIGPIPE), 0);
+    EXPECT_EQ(write_pipe_to_lua("ok", kPipe), 0);
+    const timespec none = {};
+    EXPECT_EQ(sigtimedwait(&held, nullptr, &none), SIGPIPE);
+    ASSERT_EQ(pthread_sigmask(SIG_SETMASK, &before, nullptr), 0);
+}
+
+TEST_F(FrontEnd, ANullReplyIsAnEmptyOne) {
+    EXPECT_EQ(write_pipe_to_lua(nullptr, kPipe), 0);
+    EXPECT_LT(write_pipe_to_lua("ok", nullptr), 0);
+    EXPECT_STREQ(stage_.trace(), "");
+}
+
 TEST(SafeString, EveryByte) {
     const std::string refused = "|\"$&'();<>[\\`";
     ASSERT_EQ(refused.size(), 13U);
@@ -204,6 +225,37 @@ TEST_F(FrontEnd, AnAddressInNoLanVlanIsRefusedAloud) {
     stage_.shell("is_vlan_ipaddr", {.text = "0\n", .writeTo = "/tmp/cli_vid"});
     EXPECT_EQ(check_network_ip("10.1.0.0"), -1);
     EXPECT_STREQ(stage_.output(), "Is not lan ip.\n");
+}
+
+TEST_F(FrontEnd, OnlyALanAnswerOfExactlyZeroRefuses) {
+    for (const char *answer : {"", "\n", "00\n", "0 \n", "01\n", " 0\n", "no\n"}) {
+        makeUsable();
+        stage_.shell("is_vlan_ipaddr", {.text = answer, .writeTo = "/tmp/cli_vid"});
+        EXPECT_EQ(check_network_ip("10.1.0.0"), 0) << answer;
+    }
+    EXPECT_STREQ(stage_.output(), "");
+    stage_.shell("is_vlan_ipaddr", {.text = "0\n7\n", .writeTo = "/tmp/cli_vid"});
+    EXPECT_EQ(check_network_ip("10.1.0.0"), -1); // the first line counts, without its newline
+}
+
+TEST_F(FrontEnd, OnlyAWanAnswerOfExactlyNonePasses) {
+    for (const char *answer : {"none ", "None", "nonex\n", " none\n", "\nnone\n", "non"}) {
+        makeUsable();
+        stage_.shell("is_wan_ip_addr", {.text = answer, .writeTo = "/tmp/cli_ipaddr"});
+        EXPECT_EQ(check_network_ip("10.1.0.0"), 1) << answer;
+    }
+    stage_.shell("is_wan_ip_addr", {.text = "none\neth1.2\n", .writeTo = "/tmp/cli_ipaddr"});
+    EXPECT_EQ(check_network_ip("10.1.0.0"), 0);
+}
+
+TEST_F(FrontEnd, TheListOfOwnAddressesIsClosedAndItsEmptyLinesCountForNothing) {
+    makeUsable();
+    const int before = stage::Stage::openDescriptors();
+    stage_.shell("ifconfig", {.text = "\n\n10.1.0.1\n10.1.0.2\n"});
+    EXPECT_EQ(check_network_ip(""), 0);
+    EXPECT_EQ(check_network_ip("10.1.0.1"), 1); // not read to its end
+    EXPECT_EQ(check_network_ip("10.1.0.3"), 0);
+    EXPECT_EQ(stage::Stage::openDescriptors(), before);
 }
 
 TEST_F(FrontEnd, WithoutALanAnswerTheAddressIsRefused) {
