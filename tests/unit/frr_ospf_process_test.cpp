@@ -99,6 +99,14 @@ TEST_F(Processes, TheRestOfALongLineIsNoLine) {
     }
 }
 
+TEST_F(Processes, TheListingIsClosed) {
+    const int before = stage::Stage::openDescriptors();
+    stage_.shell("grep zebra", {.text = "12 root zebra -d\n"});
+    EXPECT_EQ(process_exist("zebra", 1), 1);
+    EXPECT_EQ(process_exist("ospfd", 1), 0);
+    EXPECT_EQ(stage::Stage::openDescriptors(), before);
+}
+
 TEST_F(Processes, KillTakesTheFirstField) {
     char line[] = "   4711 root 0 S zebra -d\n";
     (void)kill_process(line);

@@ -5,9 +5,11 @@
 #include <csignal>
 #include <cstdint>
 #include <cstring>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -108,6 +110,12 @@ TEST_F(Exchange, APathOfAllCharactersThatFitConnects) {
     int32_t fd = -1;
     EXPECT_EQ(frrVtyConnect(path.c_str(), &fd), 0);
     EXPECT_EQ(frrVtyDisconnect(fd), 0);
+}
+
+TEST_F(Exchange, DaemonsThatAreStartedDoNotInheritASession) {
+    const int flags = fcntl(fd_, F_GETFD);
+    ASSERT_GE(flags, 0);
+    EXPECT_NE(flags & FD_CLOEXEC, 0);
 }
 
 TEST_F(Exchange, DisconnectRefusesNoSession) {
@@ -242,6 +250,12 @@ TEST_F(Exchange, AnswersSplitAtEveryByteNeverHarm) {
     }
 }
 
+TEST_F(Exchange, FourBytesOfOutputAloneAreNotPrinted) {
+    stage_.answer("ospfd", "x", {.code = 1, .text = "abcdef", .splitAt = 4});
+    EXPECT_EQ(run("x"), 0);
+    EXPECT_STREQ(stage_.output(), ""); // an answer of four bytes counts as one without output
+}
+
 TEST_F(Exchange, ASlowAnswerIsWaitedFor) {
     stage_.answer("ospfd", "x", {.code = 1, .delayMs = 50});
     EXPECT_EQ(run("x"), 1);
@@ -287,6 +301,26 @@ TEST_F(Exchange, ShowReadsTheCodeBehindAMarkerThatEndsAChunk) {
     stage_.answer("ospfd", "show x", raw(bytes));
     EXPECT_EQ(show("show x"), 5);
     EXPECT_EQ(run("en"), 0); // nothing of the answer is left in the session
+}
+
+TEST_F(Exchange, ShowEndsAtThreeNulsInARowOnly) {
+    const std::string bytes = withMarker(std::string("a\0b\0\0c\n", 7), 5);
+    stage_.answer("ospfd", "show x", raw(bytes));
+    EXPECT_EQ(show("show x"), 5);
+    EXPECT_EQ(run("en"), 0); // nothing of the answer is left in the session
+}
+
+TEST_F(Exchange, ShowTakesACodeThatCannotBeReadForZero) {
+    int ends[2];
+    ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, ends), 0);
+    const std::string answer = std::string(253, 'x') + std::string(3, '\0'); // one whole chunk
+    ASSERT_EQ(send(ends[1], answer.data(), answer.size(), 0), 256);
+    const timeval soon = {.tv_sec = 0, .tv_usec = 20000};
+    ASSERT_EQ(setsockopt(ends[0], SOL_SOCKET, SO_RCVTIMEO, &soon, sizeof soon), 0);
+    EXPECT_EQ(frrVtyPrint(ends[0], "show x", &code_, 0, 0, 2), 0);
+    EXPECT_EQ(code_, 0);
+    close(ends[0]);
+    close(ends[1]);
 }
 
 TEST_F(Exchange, ShowFailsWhenTheCodeNeverComes) {
@@ -346,6 +380,13 @@ TEST_F(Exchange, ATooLongLineEndsTheLinesButNotTheCommand) {
     const std::string log = stage_.log();
     const std::size_t chunks = (text.size() + 4 + 255) / 256;
     EXPECT_EQ(countOf(": got something wrong!!!!!!!!!!!!!!!!!!!!!!!!\n", log), chunks - 1) << log;
+}
+
+TEST_F(Exchange, ATooLongLineIsLoggedOnceForEachChunkOf256Bytes) {
+    const std::string text(1020, 'w'); // with the marker four chunks, the first of them stored
+    stage_.answer("ospfd", "show x", {.text = text.c_str()});
+    EXPECT_EQ(show("show x"), 0);
+    EXPECT_EQ(countOf(": got something wrong!", stage_.log()), 3U);
 }
 
 TEST_F(Exchange, FiveThousandLinesArriveInOrder) {
