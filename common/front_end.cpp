@@ -159,7 +159,7 @@ int32_t write_pipe_to_lua(const char *text, const char *path) {
     if (text == nullptr) {
         text = "";
     }
-    const int pipe = open(path, O_WRONLY | O_CLOEXEC);
+    const int pipe = path == nullptr ? -1 : open(path, O_WRONLY | O_CLOEXEC);
     if (pipe < 0) {
         return pipe;
     }

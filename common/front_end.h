@@ -19,7 +19,7 @@ int32_t record_log_act(const char *format, ...) __attribute__((format(printf, 1,
 
 /* Writes text (its characters, no NUL, no newline) into the named pipe at path in one write. The
  * pipe must exist; it is opened for writing only, neither created nor truncated, and the open waits
- * until a reader is there. A null text is an empty one.
+ * until a reader is there. A null text is an empty one; a null path cannot be opened.
  * Result: 0 when written and closed; the open's negative result when path cannot be opened. */
 int32_t write_pipe_to_lua(const char *text, const char *path);
 
