@@ -1,9 +1,53 @@
 // SPDX-License-Identifier: Apache-2.0
 // Pending changes as readers see them and as a commit merges them; the text of what is written.
 
+#include <cstdio>
+#include <dlfcn.h>
+#include <string>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/unit/store_world.h"
+
+namespace {
+
+/// What was synced and renamed, in order.
+std::string *diskSteps = nullptr;
+
+void noteDiskStep(const std::string &step) {
+    if (diskSteps != nullptr) {
+        *diskSteps += step + "\n";
+    }
+}
+
+/// The name of an open file, the made-up letters of a temporary one left out.
+std::string nameOf(int descriptor) {
+    char path[4096] = {};
+    const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
+    (void)readlink(link.c_str(), path, sizeof path - 1); // an empty name fails the test
+    const std::string name = path;
+    const std::size_t madeUp = name.find(".uci-");
+    return madeUp == std::string::npos ? name : name.substr(0, madeUp + 5);
+}
+
+} // namespace
+
+// Defined in the program, so that libuci finds these first.
+#pragma GCC visibility push(default)
+extern "C" {
+
+int fsync(int descriptor) {
+    noteDiskStep("sync " + nameOf(descriptor));
+    return reinterpret_cast<int (*)(int)>(dlsym(RTLD_NEXT, "fsync"))(descriptor);
+}
+
+int rename(const char *from, const char *to) noexcept(noexcept(::rename("", ""))) {
+    noteDiskStep(std::string("rename to ") + to);
+    return reinterpret_cast<int (*)(const char *, const char *)>(dlsym(RTLD_NEXT, "rename"))(from,
+                                                                                             to);
+}
+}
+#pragma GCC visibility pop
 
 namespace {
 
@@ -42,6 +86,17 @@ protected:
         return described;
     }
 };
+
+TEST_F(UciCommit, theNewTextIsOnTheDiskBeforeItTakesTheOldOnesPlace) {
+    store::write(pending("p"), "p.x.o='new'\n");
+    std::string steps;
+    diskSteps = &steps;
+    EXPECT_EQ(commit("p"), UCI_OK);
+    diskSteps = nullptr;
+    EXPECT_EQ(steps, "sync /etc/config/.p.uci-\n"
+                     "rename to /etc/config/p\n"
+                     "sync /etc/config\n");
+}
 
 struct Case {
     const char *lines;

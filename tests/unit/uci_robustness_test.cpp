@@ -427,6 +427,19 @@ TEST_F(UciRobustness, writersAndReadersWaitForTheLock) {
     }
 }
 
+TEST_F(UciRobustness, readersShareTheLock) {
+    store::write(config("p"), "config a 'x'\n\toption o 'v'\n");
+    const int file = open(config("p").c_str(), O_RDONLY | O_CLOEXEC);
+    ASSERT_EQ(flock(file, LOCK_SH), 0);
+    const pid_t child = start([] {
+        alarm(20); // the only way out of a wait for this process
+        char value[64];
+        return frr_uci_get("p", "x", "o", value, sizeof value);
+    });
+    EXPECT_EQ(resultOf(child), 0);
+    (void)close(file);
+}
+
 // ---- Large files, full and read-only folders ----
 
 TEST_F(UciRobustness, megabyteFile) {
