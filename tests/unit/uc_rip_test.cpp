@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <sched.h>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,25 @@
 
 #include "rip/uc_rip.h"
 #include "tests/support/no_memory.h"
+
+namespace {
+
+/// How often each mutex of the model was taken.
+int vrfLocks;
+int interfaceLocks;
+
+} // namespace
+
+// Takes the C library's place, to see which mutex an operation takes and how often.
+extern "C" int pthread_mutex_lock(pthread_mutex_t *mutex) {
+    vrfLocks += mutex == &ucRipVrfListMu ? 1 : 0;
+    interfaceLocks += mutex == &ucRipIfListMu ? 1 : 0;
+    int result = pthread_mutex_trylock(mutex);
+    for (; result == EBUSY; result = pthread_mutex_trylock(mutex)) {
+        sched_yield();
+    }
+    return result;
+}
 
 namespace {
 
@@ -285,6 +305,64 @@ TEST_F(Model, Interfaces) {
     EXPECT_EQ(gRipIfList->count, 3U);
     EXPECT_EQ(ucRipInterfaceNodeRemoveByKey(kKey), 0U);
     EXPECT_EQ(gRipIfList->count, 2U);
+}
+
+/// One operation, and how often it takes each mutex: once for a search, an insertion, a removal or
+/// an access.
+struct Locking {
+    const char *name;
+    uint32_t (*run)();
+    int vrfLocks;
+    int interfaceLocks;
+};
+
+RipVrfNode *vrfOut;
+RipNetworkNode *networkOut;
+RipNeighborNode *neighborOut;
+RipInterfaceNode *interfaceOut;
+uint32_t valueOut;
+
+constexpr RipNetIf kZeroKey = {};
+
+const Locking kLockings[] = {
+    {"instance made",     [] { return ucRipVrfAppend(kName, &vrfOut); },                       2, 0},
+    {"instance there",    [] { return ucRipVrfAppend(kName, &vrfOut); },                       1, 0},
+    {"instance found",    [] { return ucRipVrfFindByName(kName, &vrfOut); },                   1, 0},
+    {"network made",      [] { return ucRipNetworkNodeAppend(kName, "1", "2", &networkOut); }, 3, 0},
+    {"network there",     [] { return ucRipNetworkNodeAppend(kName, "1", "2", &networkOut); }, 2, 0},
+    {"network removed",   [] { return ucRipNetworkNodeRemoveByName(kName, "1", "2"); },        3, 0},
+    {"network gone",      [] { return ucRipNetworkNodeRemoveByName(kName, "1", "2"); },        2, 0},
+    {"neighbour made",    [] { return ucRipNeighborAppend(kName, "1", &neighborOut); },        3, 0},
+    {"neighbour there",   [] { return ucRipNeighborAppend(kName, "1", &neighborOut); },        2, 0},
+    {"neighbour removed", [] { return ucRipNeighborRemoveByName(kName, "1"); },                3, 0},
+    {"neighbour gone",    [] { return ucRipNeighborRemoveByName(kName, "1"); },                2, 0},
+    {"instance set",      [] { return ucRipDistanceSet(kName, 7); },                           2, 0},
+    {"instance read",     [] { return ucRipDistanceGet(kName, &valueOut); },                   2, 0},
+    {"instance removed",  [] { return ucRipVrfRemoveByName(kName); },                          2, 0},
+    {"instance gone",     [] { return ucRipVrfRemoveByName(kName); },                          1, 0},
+    {"instance unknown",  [] { return ucRipDistanceSet(kName, 7) - 1; },                       1, 0},
+    {"interface made",    [] { return ucRipInterfaceNodeAppend(kZeroKey, &interfaceOut); },    0, 2},
+    {"interface there",   [] { return ucRipInterfaceNodeAppend(kZeroKey, &interfaceOut); },    0, 1},
+    {"interface found",   [] { return ucRipIfFindByNetIf(kZeroKey, &interfaceOut); },          0, 1},
+    {"interface set",     [] { return ucRipInterfacePassiveEnableSet(kZeroKey, 1); },          0, 2},
+    {"interface read",    [] { return ucRipInterfacePassiveEnableGet(kZeroKey, &valueOut); },  0, 2},
+    {"interface removed", [] { return ucRipInterfaceNodeRemoveByKey(kZeroKey); },              0, 2},
+    {"interface gone",    [] { return ucRipInterfaceNodeRemoveByKey(kZeroKey); },              0, 1},
+    {"interface unknown", [] { return ucRipInterfacePassiveEnableSet(kZeroKey, 1) - 1; },      0, 1},
+    {"instances dumped",  ucRip_setGlobal,                                                     1, 0},
+};
+
+TEST_F(Model, EachOperationTakesItsMutexOnlyAndGivesItBack) {
+    for (const Locking &locking : kLockings) {
+        SCOPED_TRACE(locking.name);
+        vrfLocks = 0;
+        interfaceLocks = 0;
+        EXPECT_EQ(locking.run(), 0U);
+        EXPECT_EQ(vrfLocks, locking.vrfLocks);
+        EXPECT_EQ(interfaceLocks, locking.interfaceLocks);
+        ASSERT_TRUE(isFree(ucRipVrfListMu));
+        ASSERT_TRUE(isFree(ucRipIfListMu));
+    }
 }
 
 TEST(WithoutInit, NothingIsFound) {
