@@ -146,6 +146,20 @@ TEST_F(InterfaceLines, LinesWithTooFewWordsDoNothing) {
     EXPECT_EQ(before, "on");
 }
 
+TEST_F(InterfaceLines, EveryKeywordMustStandAtItsPlace) {
+    take("eth1.2 is up");
+    for (const char *text : {"eth0.3 was up and running", "a b c Metric Type BROADCAST, Cost: 5",
+                             "a b c Network Kind BROADCAST, Cost: 5"}) {
+        take(text);
+    }
+    EXPECT_EQ(stored("eth0_3", "working"), "(none)");
+    EXPECT_EQ(stored("eth1_2", "network_type"), "(none)");
+    EXPECT_EQ(stored("eth1_2", "cost"), "(none)");
+    take("a b c Network Type BROADCAST, Metric: 5");
+    EXPECT_EQ(stored("eth1_2", "network_type"), "0");
+    EXPECT_EQ(stored("eth1_2", "cost"), "(none)");
+}
+
 TEST_F(InterfaceLines, OnlyBlanksSeparateAndRunsOfThemMakeNoWords) {
     take("   eth1.2    is   up   ");
     EXPECT_EQ(stored("eth1_2", "working"), "on");
