@@ -163,9 +163,10 @@ void handle_ospf_show(char *line, uint32_t kind, uint32_t arg);
 
 /* Mirrors "show ip ospf interface" into the store's package ospf. "NAME is up" makes the section
  * NAME, with "_" for ".", current and sets working = on in it; NAME has at most 15 characters.
- * A line with the words Network Type sets network_type of the current section (1 for POINTOPOINT,
- * 0 for BROADCAST), and cost to its last word, line end included. Changes line. Logs each store
- * write that fails. */
+ * A line of at least 8 words with Network Type as the fourth and fifth sets network_type of the
+ * current section (1 for POINTOPOINT, 0 for BROADCAST), and cost to its eighth word behind Cost,
+ * the line end included where that word is the last. Changes line. Logs each store write that
+ * fails. */
 void handle_ospf_show_interface(char *line);
 
 /* Writes line, at most 257 bytes, to /tmp/tmp/ospf_pipe_c2lua_neighbor when its first word is an
