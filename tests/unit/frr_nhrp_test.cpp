@@ -7,6 +7,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <map>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <sys/mount.h>
@@ -660,6 +661,32 @@ TEST(Faults, AReadOnlyStoreShowsInTheResult) {
     EXPECT_EQ(nhrp_set_interface_config("sdwan", "network_id", kInterface, "5", 1), kInputOutput);
     EXPECT_EQ(nhrp_set_enable_config("sdwan", "nflog_group", "3", 1), kInputOutput);
     EXPECT_EQ(contentOf(kStore), kEmptyStore);
+}
+
+/// The log with a star for each line number.
+std::string logOf(stage::Stage &stage) {
+    return std::regex_replace(std::string(stage.log()), std::regex("^frr_nhrp:[0-9]+:"),
+                              "frr_nhrp:*:");
+}
+
+// Golden cases cannot show empty lines.
+TEST(Log, HandlersLeaveAnEmptyLineBehindTheirMessage) {
+    stage::Stage stage;
+    std::string words[] = {"x", "ip", "nhrp", "cache"};
+    char *vector[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
+    process_nhrp_interface(2, vector);
+    EXPECT_EQ(logOf(stage), "frr_nhrp:*: process_nhrp_interface argc:2,argv:ip\n\n");
+    process_nhrp_global(1, vector);
+    EXPECT_EQ(logOf(stage), "frr_nhrp:*: process_nhrp_global argc:1,argv:x\n\n");
+    process_nhrp_show(2, vector);
+    const std::string shown = logOf(stage);
+    EXPECT_EQ(shown.substr(0, shown.find("\n\n") + 2),
+              "frr_nhrp:*: process_nhrp_show argc:2,argv:ip,nhrp,cache\n\n");
+    stage.absent("nhrpd");
+    process_nhrp_show(4, vector);
+    const std::string failed = logOf(stage);
+    EXPECT_NE(failed.find(": process_nhrp_show argc:4,argv:cache,failed\n\n"), std::string::npos)
+        << failed;
 }
 
 } // namespace
