@@ -15,10 +15,15 @@
 
 #include "bench/measure.h"
 #include "bench/replay.h"
+#include "bench/settings.h"
 #include "ospf/frr_ospf_recovery.h"
 #include "ospf/sw_ospf.h"
 
 namespace {
+
+using bench::networkAddress;
+using bench::option;
+using bench::writeText;
 
 constexpr int kInterfaceSettings = 11;
 constexpr int kRouterSettings = 7;
@@ -27,23 +32,6 @@ constexpr const char *kSettings = "/tmp/settings.conf";
 /// The time spent in process listings so far.
 double listed = 0;
 std::chrono::steady_clock::time_point listingBegan;
-
-void writeText(const char *path, const std::string &text) {
-    FILE *file = fopen(path, "w");
-    if (file == nullptr || fwrite(text.data(), 1, text.size(), file) != text.size() ||
-        fclose(file) != 0) {
-        perror(path);
-        exit(1);
-    }
-}
-
-std::string option(const std::string &name, const std::string &value) {
-    return "\toption " + name + " '" + value + "'\n";
-}
-
-std::string networkAddress(int index) {
-    return "10." + std::to_string(100 + index / 250) + "." + std::to_string(index % 250) + ".0";
-}
 
 std::string store(int interfaces, int networks) {
     std::string text =

@@ -19,11 +19,16 @@
 
 #include "bench/measure.h"
 #include "bench/replay.h"
+#include "bench/settings.h"
 #include "rip/frr_rip_recovery.h"
 #include "rip/sw_rip.h"
 #include "vty/views.h"
 
 namespace {
+
+using bench::networkAddress;
+using bench::option;
+using bench::writeText;
 
 constexpr const char *kSettings = "/tmp/settings.conf";
 constexpr int kInstanceSettings = 9;
@@ -32,23 +37,6 @@ constexpr int kRoundsWithShell = 5;
 
 bool withShell = false;
 std::size_t shellCommands = 0;
-
-void writeText(const char *path, const std::string &text) {
-    FILE *file = fopen(path, "w");
-    if (file == nullptr || fwrite(text.data(), 1, text.size(), file) != text.size() ||
-        fclose(file) != 0) {
-        perror(path);
-        exit(1);
-    }
-}
-
-std::string option(const std::string &name, const std::string &value) {
-    return "\toption " + name + " '" + value + "'\n";
-}
-
-std::string networkAddress(int index) {
-    return "10." + std::to_string(100 + index / 250) + "." + std::to_string(index % 250) + ".0";
-}
 
 std::string interfaceName(int index) {
     return "eth1." + std::to_string(100 + index);
