@@ -2,6 +2,7 @@
 // The store under load: random edits against a model, killed and concurrent writers, large files,
 // full and read-only folders.
 
+#include <algorithm>
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
@@ -248,7 +249,23 @@ void expectWhole(const char *package, const Progress &progress) {
     ASSERT_LE(atoi(value), progress.begun);
 }
 
+/// The longest of a few changes on this machine, as busy as it is.
+int64_t microsecondsOfAChange(const char *package) {
+    int64_t longest = 0;
+    for (int i = 0; i < 5; ++i) {
+        const auto begin = Clock::now();
+        EXPECT_EQ(frr_uci_set(package, "f20", "n", std::to_string(-i).c_str()), 0);
+        const auto took =
+            std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+        longest = std::max(longest, int64_t{took.count()});
+    }
+    return longest;
+}
+
 void killAtRandom(const char *package, int kills) {
+    store::write(config("p"), countingFile(0));
+    // Under an emulator a change takes long; the kills must still fall all over it and behind it.
+    const int64_t window = std::max(int64_t{3000}, 3 * microsecondsOfAChange(package));
     store::write(config("p"), countingFile(0));
     Progress *progress = sharedProgress();
     ASSERT_NE(progress, nullptr);
@@ -261,7 +278,8 @@ void killAtRandom(const char *package, int kills) {
         while (progress->begun == before && Clock::now() < deadline) {
             // The random moment counts from the first change.
         }
-        const auto moment = Clock::now() + std::chrono::microseconds(random() % 3000);
+        const auto moment =
+            Clock::now() + std::chrono::microseconds(static_cast<int64_t>(random()) % window);
         while (Clock::now() < moment) {
         }
         ASSERT_EQ(kill(child, SIGKILL), 0);
