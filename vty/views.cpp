@@ -24,7 +24,6 @@ constexpr int32_t kNoParameter = -1;
 constexpr std::size_t kFieldBytes = 32;
 constexpr std::size_t kLongestUnregistered = 254;
 constexpr std::size_t kEntryBytes = 255;
-constexpr std::size_t kPlaceholderBytes = 31;
 constexpr int32_t kLongestExpansion = 255;
 
 // Hosts read these records directly; the lookup below takes either by the name in front.
@@ -100,7 +99,7 @@ struct Expansion {
 /// Fills in the placeholder whose name starts at text; returns its closing bracket, or null when
 /// the placeholder cannot be filled. A name that the entry text ends in is left out, on purpose.
 const char *expandPlaceholder(const char *text, dlist **holder, Expansion &expansion) {
-    char name[kPlaceholderBytes] = {};
+    char name[kFieldBytes] = {};
     const std::size_t length = strcspn(text, "<>");
     if (text[length] == '<' || length >= sizeof name) {
         return nullptr;
@@ -277,13 +276,13 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out) {
     if (node == nullptr) {
         return kNoParameter;
     }
-    const FrrVtyParam taken = *static_cast<const FrrVtyParam *>(node->data);
-    const std::size_t length = strlen(taken.value);
-    memcpy(out, taken.value, length);
+    const char *value = static_cast<const FrrVtyParam *>(node->data)->value;
+    const std::size_t length = strlen(value);
+    memcpy(out, value, length);
     if (dlistDelete(*holder, node) != 0) {
         return kNoParameter;
     }
-    (void)record_log_act("frr_util:%d: argkey %s, argval %s\n", __LINE__, key, taken.value);
+    (void)record_log_act("frr_util:%d: argkey %s, argval %s\n", __LINE__, key, out);
     return static_cast<int32_t>(length);
 }
 

@@ -67,7 +67,8 @@ int32_t frrVtyParamStrSet(dlist **holder, const char *key, const char *value);
 int32_t frrVtyParamIntSet(dlist **holder, const char *key, int32_t number);
 
 /* Takes a parameter out of the list, so that each serves once: copies the characters of its value,
- * at most 31 and no NUL, to out and deletes the record. Logs key and value.
+ * at most 31 and no NUL, to out and deletes the record. Logs key and the text that then stands in
+ * out, whatever follows the value included: the caller zero-fills out, which holds 32 bytes.
  * Result: the length of the value; -1 holder null or without a list, key or out null, key not
  * present, or the record could not be deleted. */
 int32_t frrVtyParamGet(dlist **holder, const char *key, char *out);
@@ -78,7 +79,7 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out);
  * holder may be null for a view without placeholders.
  * Result: 0 expanded, also when the text was cut at max_len; 1 view_name or out is null, the view
  * is not registered or its name is longer than 31 characters, a bracket has no partner in front or
- * stands inside a placeholder, a placeholder's name is longer than 30 characters, or its parameter
+ * stands inside a placeholder, a placeholder's name is longer than 31 characters, or its parameter
  * is missing or empty. */
 int32_t frrVtyFPreCmdParse(const char *view_name, dlist **holder, int32_t max_len, char *out);
 
