@@ -345,7 +345,7 @@ uint32_t swOspfRedistribute(uint32_t sourceProcessId, uint32_t set, uint32_t sou
             append(command, "metric %d ", metric);
         }
         if (hasMetricType != 0) {
-            append(command, "metric-type %d", metricType);
+            append(command, "metric-type %d ", metricType);
         }
     }
     uint32_t result = deliverToBoth(command);

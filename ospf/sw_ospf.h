@@ -107,7 +107,7 @@ uint32_t swOspfOrignate(uint32_t unused, uint32_t always, int32_t metric, uint32
                         int32_t metricType, uint32_t hasMetricType, uint32_t set);
 
 /* "redistribute " or "no redistribute ", the source's word ("connect ", "ospf <sourceProcessId> ",
- * "rip ", "static " for 1 to 4), then "metric <metric> " and "metric-type <metricType>" as their
+ * "rip ", "static " for 1 to 4), then "metric <metric> " and "metric-type <metricType> " as their
  * flags say, in the "no" form too. Any other source sends the bare text and is still recorded.
  * Result: 0; 1 also when there is no redistribution to remove; 4 out of memory. */
 uint32_t swOspfRedistribute(uint32_t sourceProcessId, uint32_t set, uint32_t source, int32_t metric,

@@ -156,7 +156,7 @@ TEST_F(Calls, ADefaultRouteIsRecordedAfterBothSends) {
 TEST_F(Calls, ARedistributionHandsItsFlagsToTheModel) {
     EXPECT_EQ(swOspfRedistribute(7, 1, 3, 20, 0, 1, 5), 0u);
     EXPECT_EQ(take(),
-              both("redistribute rip metric-type 1") +
+              both("redistribute rip metric-type 1 ") +
                   "redistribute slot 11 set 1 source 3 metric 20 given 0 type 1 given 5 id 7\n"
                   "redistribute slot 12 set 1 source 3 metric 20 given 0 type 1 given 5 id 7\n");
     EXPECT_EQ(swOspfRedistribute(7, 0, 2, 20, 5, 1, 0), 0u);
