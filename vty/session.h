@@ -19,7 +19,8 @@ public:
     Session(const Session &) = delete;
     Session &operator=(const Session &) = delete;
 
-    bool isOpen() const { return fd_ > 0; }
+    /// Connected. A descriptor of 0 is one too, which every exchange then refuses.
+    bool isOpen() const { return fd_ >= 0; }
     int32_t fd() const { return fd_; }
 
     /// One exchange into the session's own reply buffer; true when the daemon answered 0.
