@@ -123,21 +123,27 @@ void showRows(const char *what, const char *pipe) {
     logShowFailure(status);
 }
 
+void switchOff() {
+    (void)process_exist("ospfd", kKill);
+    // Fixed by the interface: only ripd is asked for, so a running nhrpd does not keep zebra.
+    if (process_exist("ripd", kFind) == 0) {
+        (void)process_exist("zebra", kKill);
+    }
+}
+
 } // namespace
 
 void process_ospf_global(int32_t argc, char **argv) {
     const Words words(argc, argv);
-    if (words.count() < kGlobalWords) {
+    if (argc < kGlobalWords || words.count() == 0) {
         return;
     }
-    if (words.is(0, "on")) {
+    if (!words.is(0, "on")) {
+        switchOff();
+    } else if (words.count() >= kGlobalWords) {
         (void)ospf_enable(words[1]); // a daemon that does not start fails the settings that follow
     } else {
-        (void)process_exist("ospfd", kKill);
-        // Only ripd is asked for, on purpose: a running nhrpd does not keep zebra.
-        if (process_exist("ripd", kFind) == 0) {
-            (void)process_exist("zebra", kKill);
-        }
+        return;
     }
     replyOk();
 }

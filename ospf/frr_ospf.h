@@ -81,8 +81,8 @@ uint32_t ip_ospf_auth_md5key(uint16_t vrf, const char *ifname, int32_t wan, int3
  * compared exactly. Replies go to /tmp/tmp/ospf_pipe_c2lua. */
 
 /* Words: "on" or anything else (off); router id, dotted.
- * On: ospf_enable with the router id. Off: kills every ospfd, and every zebra when no ripd runs.
- * Replies ok. */
+ * On: ospf_enable with the router id. Off: kills every ospfd, and every zebra when no ripd runs;
+ * argc is 2 or more and the second word is not looked at. Replies ok. */
 void process_ospf_global(int32_t argc, char **argv);
 
 /* Words: "add" or anything else (delete); address; mask, dotted; area id.
