@@ -44,37 +44,37 @@ constexpr uint32_t kSet = 1;
 
 constexpr useconds_t kEndMarkPauseUs = 10000;
 
-// The front-end stores the settings itself and asks the daemon for their effect: a refusal is only
-// logged, and every reply is "ok".
+// Fixed by the interface: a refusal is only logged, and every reply is "ok".
 void replyOk(const char *pipe = kReplyPipe) {
     (void)write_pipe_to_lua("ok", pipe); // without a pipe there is nobody to tell
 }
 
-void logFailure(uint32_t status, const char *what) {
+/// The line of a log message is that of the call or table row that failed.
+void logFailure(uint32_t status, const char *what, int line = __builtin_LINE()) {
     if (status != 0) {
-        (void)record_log_act("frr_ospf:%d:  ret=%d, %s\n", __LINE__, static_cast<int32_t>(status),
+        (void)record_log_act("frr_ospf:%d:  ret=%d, %s\n", line, static_cast<int32_t>(status),
                              what);
     }
 }
 
-// One wording for every keyword, on purpose: support tools look for it.
-void logInterfaceFailure(uint32_t status) {
-    logFailure(status, "ip_ospf_cost, failed");
+// Fixed by the interface: one wording for every keyword.
+void logInterfaceFailure(uint32_t status, int line = __builtin_LINE()) {
+    logFailure(status, "ip_ospf_cost, failed", line);
 }
 
-void logShowFailure(uint32_t status) {
-    logFailure(status, "swOspfShowOspf, failed");
+void logShowFailure(uint32_t status, int line) {
+    logFailure(status, "swOspfShowOspf, failed", line);
 }
 
 uint32_t flag(bool value) {
     return value ? 1 : 0;
 }
 
-void showInterfaces() {
+void showInterfaces(int line = __builtin_LINE()) {
     (void)record_log_act("frr_ospf:%d: swOspfShowOspf\n", __LINE__);
     const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, "interface", kOspfLines));
     replyOk();
-    logShowFailure(status);
+    logShowFailure(status, line);
 }
 
 struct Interface {
@@ -82,15 +82,15 @@ struct Interface {
     int32_t wan;
 };
 
-// The front-end gives up by itself when no reply comes.
-void leaveUnanswered() {
-    (void)record_log_act("frr_ospf:%d: ip_ospf_cost, failed\n", __LINE__);
+// Fixed by the interface: no reply.
+void leaveUnanswered(int line = __builtin_LINE()) {
+    (void)record_log_act("frr_ospf:%d: ip_ospf_cost, failed\n", line);
 }
 
 void setAuthentication(const Interface &interface, const Words &words) {
     const int32_t type = words.number(3);
     logInterfaceFailure(ip_ospf_auth(kNoVrf, interface.name, interface.wan, kSet, type));
-    // The results of the key commands are not looked at, on purpose: the reply is "ok" anyway.
+    // Fixed by the interface: the results of the key commands are not looked at.
     if (type == frruci::ospf::kSimplePassword) {
         if (words.count() < kSimplePasswordWords) {
             return leaveUnanswered();
@@ -109,18 +109,19 @@ void setAuthentication(const Interface &interface, const Words &words) {
 void setByKeyword(const Interface &interface, const Words &words) {
     for (const auto &keyword : frruci::ospf::interfaceKeywords()) {
         if (words.is(2, keyword.word)) {
-            logInterfaceFailure(keyword.apply(interface.name, interface.wan, words.number(3)));
+            logInterfaceFailure(keyword.apply(interface.name, interface.wan, words.number(3)),
+                                keyword.line);
             break;
         }
     }
     replyOk();
 }
 
-void showRows(const char *what, const char *pipe) {
+void showRows(const char *what, const char *pipe, int line = __builtin_LINE()) {
     const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, what, kOspfLines));
-    (void)usleep(kEndMarkPauseUs); // the front-end takes the last row before the end mark comes
+    (void)usleep(kEndMarkPauseUs); // a signal may cut it short
     replyOk(pipe);
-    logShowFailure(status);
+    logShowFailure(status, line);
 }
 
 void switchOff() {
@@ -187,7 +188,7 @@ void process_ospf_interface(int32_t argc, char **argv) {
     }
 }
 
-// Writes no reply, on purpose: the replay of the stored configuration calls it as well.
+// Writes no reply, since the replay of the stored configuration calls it too.
 void process_ospf_advertise_cfg(int32_t argc, char **argv) {
     const Words words(argc, argv);
     if (words.count() < kAdvertiseWords) {
@@ -220,15 +221,17 @@ namespace frruci::ospf {
 
 void applyProcessOptions(const ProcessOptions &options, FailureLog log) {
     using common::number;
-    log(swOspfdistance(kNoVrf, kSet, number(options.distance)), "swOspfdistance");
-    log(swOspfRfc1583Compa(kNoVrf, flag(equals(options.rfcCompatible, kEnableWord))),
-        "rfc1583_compatile");
-    log(swOspfTimerThrottleSpf(kNoVrf, kSet, number(options.spfDelay),
-                               number(options.spfInitialHold), number(options.spfMaximumHold)),
-        "swOspfTimerThrottleSpf");
-    log(swOspfMaxPaths(kNoVrf, kSet, number(options.maximumPaths)), "swOspfMaxPaths");
-    log(swOspfPassiveInterface(kNoVrf, flag(equals(options.passiveDefault, kEnableWord))),
-        "swOspfPassiveInterface");
+    const uint32_t compatible = flag(equals(options.rfcCompatible, kEnableWord));
+    const uint32_t passive = flag(equals(options.passiveDefault, kEnableWord));
+    const int32_t delay = number(options.spfDelay);
+    const int32_t initialHold = number(options.spfInitialHold);
+    const int32_t maximumHold = number(options.spfMaximumHold);
+    log(swOspfdistance(kNoVrf, kSet, number(options.distance)), "swOspfdistance", __LINE__);
+    log(swOspfRfc1583Compa(kNoVrf, compatible), "rfc1583_compatile", __LINE__);
+    log(swOspfTimerThrottleSpf(kNoVrf, kSet, delay, initialHold, maximumHold),
+        "swOspfTimerThrottleSpf", __LINE__);
+    log(swOspfMaxPaths(kNoVrf, kSet, number(options.maximumPaths)), "swOspfMaxPaths", __LINE__);
+    log(swOspfPassiveInterface(kNoVrf, passive), "swOspfPassiveInterface", __LINE__);
 }
 
 } // namespace frruci::ospf

@@ -1,8 +1,9 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* OSPF front-end handlers, interface-command builders, status display and report.
  *
- * Every handler that replies answers "ok", also when the daemon refused: the front-end keeps the
- * settings itself. Failures are lines of the log, under the source name frr_ospf. */
+ * Every handler that replies answers "ok", also when the daemon refused. Failures are lines of the
+ * log, under the source name frr_ospf; the number in such a line is that of the call or table row
+ * in the source that failed. */
 #ifndef FRRUCI_OSPF_FRR_OSPF_H
 #define FRRUCI_OSPF_FRR_OSPF_H
 
@@ -101,8 +102,9 @@ void process_ospf_network(int32_t argc, char **argv);
  * builder, always under the name ip_ospf_cost. Replies ok, also for an unknown keyword; no reply
  * with 2 or 3 words, for type 1 without password and for type 2 without key id and key (the
  * authentication type has been sent by then; one log line).
- * With the single word "show": swOspfShowOspf("interface"), so that the store's interface sections
- * get the daemon's state; replies ok, then logs a failure. Any other single word does nothing. */
+ * With the single word "show": swOspfShowOspf("interface"), which brings the daemon's state into
+ * the store's interface sections; replies ok, then logs a failure. Any other single word does
+ * nothing. */
 void process_ospf_interface(int32_t argc, char **argv);
 
 /* Words: "enable" or anything else (do not originate a default route); "enable" for always;

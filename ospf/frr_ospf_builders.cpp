@@ -73,7 +73,7 @@ constexpr bool inOrder() {
 }
 static_assert(inOrder(), "a setting is the index of its row");
 
-// By the front-end's network-type code. The model's and the store's codes differ on purpose.
+// By the front-end's network-type code. The model and the store number the types differently.
 constexpr std::array<const char *, 3> kNetworkTypeWords = {"broadcast", "point-to-point",
                                                            "point-to-multipoint"};
 
@@ -166,7 +166,7 @@ uint32_t ip_ospf_dead(uint16_t vrf, const char *ifname, int32_t wan, int32_t ena
 
 uint32_t ip_ospf_network_type(uint16_t vrf, const char *ifname, int32_t wan, int32_t enable,
                               uint32_t code) {
-    // Also for the "no" form, which has no code in it: callers rely on the refusal alone.
+    // Fixed by the interface: a code is refused for the "no" form too, which has no code in it.
     if (code >= kNetworkTypeWords.size()) {
         return kRefusedCode;
     }
@@ -184,7 +184,7 @@ uint32_t ip_ospf_passive(uint16_t vrf, const char *ifname, int32_t wan, int32_t 
 uint32_t ip_ospf_auth(uint16_t vrf, const char *ifname, int32_t wan, int32_t enable, int32_t type) {
     const Target target = {vrf, ifname, wan, enable};
     const auto index = static_cast<uint32_t>(type);
-    // An unknown type is the daemon's to judge: it gets an empty line and its answer counts.
+    // Fixed by the interface: an unknown type sends an empty line.
     return index < kAuthTypes.size() ? send(kAuthTypes[index], target) : deliver(target, "");
 }
 
@@ -218,15 +218,15 @@ template <auto Builder> uint32_t turn(const char *name, int32_t wan, int32_t val
 }
 
 constexpr InterfaceKeyword kInterfaceKeywords[] = {
-    {"cost",         set<ip_ospf_cost>       },
-    {"retransmit",   set<ip_ospf_retransmit> },
-    {"transmit",     set<ip_ospf_transmit>   },
-    {"priority",     set<ip_ospf_priority>   },
-    {"hello",        set<ip_ospf_hello>      },
-    {"dead",         set<ip_ospf_dead>       },
-    {"network_type", setNetworkType          },
-    {"mtu_ignore",   turn<ip_ospf_mtu_ignore>},
-    {kPassiveWord,   turn<ip_ospf_passive>   },
+    {"cost",         set<ip_ospf_cost>,        __LINE__},
+    {"retransmit",   set<ip_ospf_retransmit>,  __LINE__},
+    {"transmit",     set<ip_ospf_transmit>,    __LINE__},
+    {"priority",     set<ip_ospf_priority>,    __LINE__},
+    {"hello",        set<ip_ospf_hello>,       __LINE__},
+    {"dead",         set<ip_ospf_dead>,        __LINE__},
+    {"network_type", setNetworkType,           __LINE__},
+    {"mtu_ignore",   turn<ip_ospf_mtu_ignore>, __LINE__},
+    {"passive",      turn<ip_ospf_passive>,    __LINE__},
 };
 
 } // namespace

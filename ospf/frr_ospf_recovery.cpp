@@ -30,32 +30,55 @@ constexpr std::size_t kValueBytes = 64;
 
 using Value = std::array<char, kValueBytes>;
 
-void logFailure(uint32_t status, const char *what) {
+/// The line of a log message is that of the call or table row that failed.
+void logFailure(uint32_t status, const char *what, int line) {
     if (status != 0) {
-        (void)record_log_act("frr_ospf_recovery:%d:  ret=%d, %s\n", __LINE__,
+        (void)record_log_act("frr_ospf_recovery:%d:  ret=%d, %s\n", line,
                              static_cast<int32_t>(status), what);
     }
 }
 
-// One wording for every builder, on purpose: support tools look for it.
-void logInterfaceFailure(uint32_t status) {
-    logFailure(status, "ip_ospf_cost, failed");
+// Fixed by the interface: one wording for every builder.
+void logInterfaceFailure(uint32_t status, int line = __builtin_LINE()) {
+    logFailure(status, "ip_ospf_cost, failed", line);
 }
 
 /// An option of a named section; empty when it is missing.
-Value read(const char *section, const char *option) {
+Value read(const char *section, const char *option, int line = __builtin_LINE()) {
     Value value = {};
     logFailure(
         static_cast<uint32_t>(frr_uci_get(kPackage, section, option, value.data(), kValueBytes)),
-        "frr_uci_get");
+        "frr_uci_get", line);
     return value;
 }
 
+struct StoredOption {
+    const char *name;
+    int line; ///< of the row, for the log
+};
+
+constexpr StoredOption kAdvertiseOptions[] = {
+    {"originate",   __LINE__},
+    {"always",      __LINE__},
+    {"metric",      __LINE__},
+    {"metric_type", __LINE__},
+};
+
+constexpr StoredOption kProcessOptions[] = {
+    {"distance",       __LINE__},
+    {"rfc_compatible", __LINE__},
+    {"spf_delay",      __LINE__},
+    {"spf_hold_init",  __LINE__},
+    {"spf_hold_max",   __LINE__},
+    {"max_path",       __LINE__},
+    {"passive_def",    __LINE__},
+};
+
 template <std::size_t N>
-std::array<Value, N> readAll(const char *section, const std::array<const char *, N> &options) {
+std::array<Value, N> readAll(const char *section, const StoredOption (&options)[N]) {
     std::array<Value, N> values = {};
     for (std::size_t i = 0; i < N; ++i) {
-        values[i] = read(section, options[i]);
+        values[i] = read(section, options[i].name, options[i].line);
     }
     return values;
 }
@@ -74,7 +97,7 @@ const char *optionText(uci_context *context, uci_section *section, const char *o
 struct StoredInterface {
     const char *text(const char *option) const { return optionText(context, section, option); }
 
-    /// A missing option counts as 0, on purpose: it is sent as it is, and the daemon judges.
+    /// Fixed by the interface: a missing option counts as 0, and 0 is sent.
     int32_t value(const char *option) const {
         const char *stored = text(option);
         return stored == nullptr ? 0 : number(stored);
@@ -89,11 +112,11 @@ struct StoredInterface {
 void replayNumbers(const StoredInterface &stored) {
     for (const auto &keyword : frruci::ospf::interfaceKeywords()) {
         const int32_t value = stored.value(keyword.word);
-        // A fresh daemon has no passive interface to unset, so only 1 is sent.
+        // Fixed by the interface: no "no" form of passive is ever replayed.
         if (equals(keyword.word, frruci::ospf::kPassiveWord) && value != 1) {
             continue;
         }
-        logInterfaceFailure(keyword.apply(stored.name, stored.wan, value));
+        logInterfaceFailure(keyword.apply(stored.name, stored.wan, value), keyword.line);
     }
 }
 
@@ -133,16 +156,14 @@ void ospf_recovery_process(void) {
 }
 
 void ospf_recovery_adv_cfg(void) {
-    auto values = readAll<4>("advertise_cfg", {"originate", "always", "metric", "metric_type"});
+    auto values = readAll("advertise_cfg", kAdvertiseOptions);
     char *words[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data(),
                      nullptr};
     process_ospf_advertise_cfg(static_cast<int32_t>(values.size()), words);
 }
 
 void ospf_recovery_ospf_cfg(void) {
-    const auto values =
-        readAll<7>("ospf_cfg", {"distance", "rfc_compatible", "spf_delay", "spf_hold_init",
-                                "spf_hold_max", "max_path", "passive_def"});
+    const auto values = readAll("ospf_cfg", kProcessOptions);
     frruci::ospf::applyProcessOptions({values[0].data(), values[1].data(), values[2].data(),
                                        values[3].data(), values[4].data(), values[5].data(),
                                        values[6].data()},

@@ -23,9 +23,10 @@ inline constexpr int32_t kMessageDigest = 2;
 struct InterfaceKeyword {
     const char *word;
     uint32_t (*apply)(const char *name, int32_t wan, int32_t value);
+    int line; ///< of the row, for the log
 };
 
-/// In the order in which the replay sends them; passive is last as it is replayed only when set.
+/// In the order in which the replay sends them.
 std::span<const InterfaceKeyword> interfaceKeywords();
 
 inline constexpr const char *kPassiveWord = "passive";
@@ -42,7 +43,8 @@ struct ProcessOptions {
     const char *passiveDefault;
 };
 
-using FailureLog = void (*)(uint32_t status, const char *what);
+/// Logs a status other than 0; line is that of the call.
+using FailureLog = void (*)(uint32_t status, const char *what, int line);
 
 /// Sends every process-wide option, whatever became of those before it; failures go to log.
 void applyProcessOptions(const ProcessOptions &options, FailureLog log);

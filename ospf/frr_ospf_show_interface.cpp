@@ -17,7 +17,7 @@ constexpr std::size_t kMostWords = 16;
 constexpr std::size_t kStateWords = 3;
 constexpr std::size_t kTypeAndCostWords = 8;
 
-// The store's codes; those of the interface commands and of the model differ on purpose.
+// The store's codes. The interface commands and the model number the types differently.
 struct StoredType {
     const char *word;
     const char *code;
@@ -49,15 +49,15 @@ struct LineWords {
     std::size_t count = 0;
 };
 
-void store(const char *option, const char *value) {
+void store(const char *option, const char *value, int line = __builtin_LINE()) {
     const int32_t status = frr_uci_set(kPackage, currentSection, option, value);
     if (status != 0) {
-        (void)record_log_act("frr_ospf:%d:  ret=%d, frr_uci_set failed, section name is %s\n",
-                             __LINE__, status, currentSection);
+        (void)record_log_act("frr_ospf:%d:  ret=%d, frr_uci_set failed, section name is %s\n", line,
+                             status, currentSection);
     }
 }
 
-// Only ever sets "working", on purpose: an interface that goes down keeps it.
+// Fixed by the interface: "working" is only ever set; an interface that goes down keeps it.
 void beginInterface(const char *name) {
     if (strlen(name) >= kSectionBytes) {
         return;
@@ -76,7 +76,7 @@ void storeTypeAndCost(const LineWords &line) {
         }
     }
     if (line.startsWith(6, "Cost")) {
-        // With its line end, on purpose: readers of the store take the number at its start.
+        // Fixed by the interface: the word is stored with its line end.
         store("cost", line.words[7]);
     }
 }
