@@ -16,7 +16,7 @@
 
 namespace {
 
-// Line numbers in messages; fixed, as support tools match on them.
+// Line numbers in messages. Fixed by the interface.
 constexpr int kZebraFoundLine = 180;
 constexpr int kZebraStartedLine = 185;
 constexpr int kFieldLine = 192;

@@ -130,7 +130,7 @@ constexpr Row kRedistributionRows[] = {
 };
 #undef REDISTRIBUTION
 
-// The MD5 key has no line, on purpose: of an interface it is never shown.
+// Fixed by the interface: the MD5 key of an interface has no line.
 #define INTERFACE(member) FIELD(OspfInterfaceEntry, member)
 constexpr Row kInterfaceRows[] = {
     {"Vlan ID",             Show::kNumber,         INTERFACE(vlanId),             Line::kPlain},

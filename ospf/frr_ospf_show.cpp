@@ -24,7 +24,7 @@ constexpr uint32_t kWanPass = 1;
 constexpr uint32_t kLanPass = 0;
 constexpr int32_t kRipLines = 0;
 
-// The two WAN banners differ by one star, on purpose.
+// Fixed by the interface: the two WAN banners differ by one star.
 constexpr const char *kShowBanner =
     "********************************WAN***********************************";
 constexpr const char *kWanDatabaseBanner =

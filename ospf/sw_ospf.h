@@ -76,7 +76,8 @@ uint32_t swOspfRfc1583Compa(uint32_t unused, uint32_t set);
 /* "default-metric <metric>" or "no default-metric" (recorded as -1). Result: 0 or 1. */
 uint32_t swOspfDefaultMetric(uint32_t unused, uint32_t set, int32_t metric);
 
-/* "distance <distance>" or "no distance ospf" (recorded as 110). The low byte is recorded.
+/* "distance <distance>" or "no distance ospf" (recorded as 110). The low byte is recorded. ospfd
+ * accepts the "no" form and keeps its distance, so that the recorded 110 differs from it.
  * Result: 0 or 1. */
 uint32_t swOspfdistance(uint32_t unused, uint32_t set, int32_t distance);
 

@@ -18,8 +18,7 @@ constexpr uint32_t kNormalArea = static_cast<uint32_t>(-1);
 
 constexpr OspfAreaType kNormal = 0;
 
-/// By OspfAreaType. Blanks stand only where a word follows or precedes, on purpose: "no-summary" of
-/// a normal area joins the area id.
+/// By OspfAreaType. Fixed by the interface: without a type word "no-summary" joins the area id.
 constexpr const char *kTypeWords[] = {"", " stub ", " nssa "};
 constexpr uint32_t kTypes = sizeof kTypeWords / sizeof *kTypeWords;
 
@@ -105,7 +104,7 @@ uint32_t swOspfAreaDefaultCost(uint16_t processId, const char *area, int32_t cos
     if (set != 0) {
         format(command, "area %s default-cost %d", orEmpty(area), cost);
     } else {
-        format(command, "no area default-cost"); // without the area id, on purpose
+        format(command, "no area default-cost"); // Fixed by the interface: no area id.
     }
     const uint32_t result = vtyOspfConfigOspf(0, command, selector);
     if (result != kDone) {

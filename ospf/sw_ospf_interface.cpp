@@ -36,12 +36,12 @@ constexpr InterfaceSetting kInterfaceSettings[] = {
 static_assert(isInKeyOrder(kInterfaceSettings, kHelloInterval));
 
 /// By OspfNetworkType, the model's own numbers: front-end and store number the types differently.
-/// Type 0 has a label as well, on purpose: the daemon is the one that refuses it.
+/// Fixed by the interface: type 0 has a label too, which the daemon refuses.
 constexpr const char *kNetworkLabels[] = {"Not Configure", "broadcast", "non-broadcast",
                                           "point-to-multipoint", "point-to-point"};
 constexpr uint32_t kNetworkTypes = sizeof kNetworkLabels / sizeof *kNetworkLabels;
 
-/// By OspfAuthType; any other type is an empty command. Differs from a virtual link's on purpose.
+/// By OspfAuthType; any other type is an empty command. A virtual link's types differ.
 constexpr const char *kAuthTexts[] = {"ip ospf authentication null", "ip ospf authentication",
                                       "ip ospf authentication message-digest"};
 constexpr uint32_t kAuthTypes = sizeof kAuthTexts / sizeof *kAuthTexts;

@@ -32,8 +32,7 @@ struct TimerSetting {
     uint16_t OspfVirtualLinkCfg::*field;
 };
 
-/// In the order in which they stand in the command. Nothing separates them, on purpose: callers who
-/// want the daemon to understand more than one send them one by one.
+/// In the order in which they stand in the command. Fixed by the interface: nothing separates them.
 constexpr TimerSetting kTimers[] = {
     {"hello-interval %d",      &OspfVirtualLinkCfg::helloInterval     },
     {"dead-interval %d",       &OspfVirtualLinkCfg::deadInterval      },
@@ -48,7 +47,7 @@ struct GivenTimer {
 };
 using GivenTimers = GivenTimer[kTimerCount]; // by the rows of kTimers
 
-/// By authentication type of a virtual link, whose numbers differ from an interface's on purpose.
+/// By authentication type of a virtual link. An interface's types differ.
 constexpr const char *kAuthWords[] = {"", " null", " message-digest"};
 constexpr uint32_t kAuthTypes = sizeof kAuthWords / sizeof *kAuthWords;
 
@@ -87,8 +86,7 @@ uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change chan
     record.areaId = sw_ospf_inet_aton(link.area);
     record.peerRouterId = sw_ospf_inet_aton(link.peer);
     const uint64_t key = wordPair(record.areaId, record.peerRouterId);
-    // A look-up never answers 1, so the model never gains a link here. On purpose: only links that
-    // a host inserted itself are kept up to date.
+    // Fixed by the interface: a look-up never answers 1, so the model never gains a link here.
     if (ucOspfVirtualLinkGetCfg(slot, key, &record) == kNewLink) {
         return addLink(slot, record, set, change);
     }
@@ -129,7 +127,7 @@ uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *pee
             append(command, kTimers[i].text, timers[i].value);
         }
     }
-    // Both times with the caller's selector, on purpose: one socket serves both instances.
+    // Fixed by the interface: both times with the caller's selector.
     for (int send = 0; send < 2; ++send) {
         const uint32_t result = vtyOspfConfigOspf(0, command, selector);
         if (result != kDone) {
@@ -150,7 +148,7 @@ uint32_t swOspfVirtualLinkAuth(uint16_t processId, const char *area, const char 
     const Link link = {processId, area, peer};
     CommandText command = {};
     if (set == kUnset) {
-        compose(command, link, true, ""); // removes the whole link, on purpose
+        compose(command, link, true, ""); // Fixed by the interface: removes the whole link.
     } else if (authType < kAuthTypes) {
         compose(command, link, false, " authentication");
         append(command, "%s", kAuthWords[authType]);
@@ -168,7 +166,7 @@ uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const ch
                                   const char *key, uint32_t set) {
     const Link link = {processId, area, peer};
     CommandText command;
-    // There is no "no" form, on purpose: unsetting only clears the model's key.
+    // Fixed by the interface: there is no "no" form.
     format(command, "area %s virtual-link %s authentication-key %s", orEmpty(area), orEmpty(peer),
            orEmpty(key));
     const uint32_t result = deliverToBoth(command);
@@ -191,7 +189,8 @@ uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const cha
         return result;
     }
     return recordLink(link, set, OnUnset::StoreLikeASetting, [=](OspfVirtualLinkCfg &record) {
-        record.md5KeyId = static_cast<uint8_t>(keyId); // kept by an unset too, on purpose
+        record.md5KeyId =
+            static_cast<uint8_t>(keyId); // Fixed by the interface: kept by an unset too.
         storeKey(record.md5Key, key, set);
     });
 }

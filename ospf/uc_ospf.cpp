@@ -21,8 +21,7 @@ using namespace frruci::ospf;
 
 constexpr uint8_t kEnabled = 1;
 
-/// In the order in which a reset renews them. The virtual links come twice, on purpose: the second
-/// renewal belongs to the reset as much as the first.
+/// In the order in which a reset renews them. Fixed by the interface: the virtual links come twice.
 constexpr dlist *OspfProcessCfg::*kResetOrder[] = {
     &OspfProcessCfg::networks,        &OspfProcessCfg::areas,
     &OspfProcessCfg::areaAggregates,  &OspfProcessCfg::virtualLinks,
@@ -159,7 +158,7 @@ uint32_t ucOspfHasProcessId(uint16_t processId) {
     const ModelLock lock;
     for (uint32_t slot = 0; slot < kSlots; ++slot) {
         const OspfProcessCfg *record = processAt(slot);
-        // Slots that are not enabled count too, on purpose: id 0 finds the first reset slot.
+        // Fixed by the interface: slots that are not enabled count too, so id 0 finds a reset one.
         if (record != nullptr && record->processId == processId) {
             return slot;
         }
@@ -196,7 +195,7 @@ uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void 
                                    OspfBasicParaKey key) {
     const uint32_t slot = ucOspfHasProcessId(processId);
     if (slot == kNone) {
-        return kDone; // on purpose: an instance that was not enabled has nothing to record
+        return kDone; // Fixed by the interface: an unknown id is no failure.
     }
     OspfProcessCfg record;
     const uint32_t result = ucOspfGetCfg(slot, &record);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The model block as its own routines see it: the lock, the defaults, and slots that may be
-// missing.
+// The model block as its own routines see it: the result codes, the lock, slots that may be
+// missing, and how a number is stored in a field.
 #ifndef FRRUCI_OSPF_UC_OSPF_BLOCK_H
 #define FRRUCI_OSPF_UC_OSPF_BLOCK_H
 

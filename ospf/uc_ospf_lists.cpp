@@ -178,7 +178,7 @@ uint32_t ucOspfDlistInsert(uint32_t slot, void *record, OspfListKind kind) {
     const ModelLock lock;
     const ListFamily *family = familyOf(kind);
     if (family == nullptr) {
-        return kDone; // on purpose: there is no list that could refuse
+        return kDone; // Fixed by the interface: an unknown kind is no failure.
     }
     return prepend(listOf(slot, family->list), record) ? kDone : kNoRoom;
 }

@@ -34,7 +34,7 @@ const char *interfaceLine(int32_t vlan) {
 } // namespace
 
 uint32_t vtyOspfConfigOspf(uint32_t /*unused*/, const char *command, uint32_t /*selector*/) {
-    // One socket for both instances, on purpose: callers deliver a command once for each.
+    // Fixed by the interface: one socket serves both instances, whatever the selector.
     return deliver(kSocket, {"en", "configure", "router ospf", command});
 }
 
@@ -47,7 +47,7 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     if (!session.isOpen() || !session.run("en") || !session.run("configure")) {
         return kRefused;
     }
-    // Asked anew, on purpose: the line follows the answer that holds when it is sent.
+    // Fixed by the interface: asked a second time.
     const char *line = interfaceLine(vlan);
     if (line == nullptr) {
         return kRefused; // the command must not land in the context outside any interface

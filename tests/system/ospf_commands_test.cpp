@@ -218,6 +218,16 @@ TEST_F(OspfCommands, RouterSettings) {
     play(kRouterRows, "router ospf");
 }
 
+TEST_F(OspfCommands, AnUnsetDistanceStaysInTheDaemonAndNotInTheModel) {
+    ASSERT_EQ(ucOspfEnableProcess(1), 0u);
+    ASSERT_EQ(swOspfdistance(0, 1, 99), 0u);
+    ASSERT_EQ(swOspfdistance(0, 0, 99), 0u);
+    EXPECT_TRUE(holds("router ospf", " distance 99")) << router_.block("ospfd", "router ospf");
+    OspfProcessCfg record;
+    ASSERT_EQ(swOspfGetCfg(swOspfHasProcessId(1), &record), 0u);
+    EXPECT_EQ(record.adminDistance, 110);
+}
+
 TEST_F(OspfCommands, Areas) {
     play(kAreaRows, "router ospf");
 }
