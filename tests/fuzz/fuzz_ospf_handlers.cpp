@@ -119,13 +119,13 @@ namespace {
 struct Handler {
     char letter;
     void (*call)(int32_t, char **);
-    int words;    ///< it needs
+    int words;    ///< it needs at the least
     int commands; ///< it sends at the most
     int replies;  ///< it writes at the most
 };
 
 constexpr Handler kHandlers[] = {
-    {'g', process_ospf_global,        2, 0, 1},
+    {'g', process_ospf_global,        1, 0, 1},
     {'n', process_ospf_network,       4, 2, 1},
     {'i', process_ospf_interface,     1, 2, 1},
     {'a', process_ospf_advertise_cfg, 4, 1, 0},
