@@ -90,8 +90,8 @@ int32_t get_vlan_id_from_interface_name(const char *name, RipNetIf *key);
 
 /* Takes one line of "show ip rip status". When its first two blank-separated words are an interface
  * name and send version 1 or 2, sets option "status" to "up" in the section of store "rip" that has
- * the name with "_" for every dot; a failure is logged. Other lines change nothing. The line, a
- * caller's text, is cut into its words. */
+ * the name with "_" for every dot; a failure is logged. Other lines change nothing. The first three
+ * words are cut off the line, a caller's text, by a NUL after each; the dots are replaced in it. */
 void handle_rip_show_interface(char *line);
 
 FRRUCI_C_END

@@ -31,7 +31,8 @@ void handle_rip_show_interface(char *line) {
     }
     char *rest = nullptr;
     char *interface = strtok_r(line, " ", &rest);
-    const char *sendVersion = interface == nullptr ? nullptr : strtok_r(nullptr, " ", &rest);
+    const char *sendVersion = strtok_r(nullptr, " ", &rest);
+    (void)strtok_r(nullptr, " ", &rest); // cut off and not read
     if (sendVersion == nullptr || (!equals(sendVersion, "1") && !equals(sendVersion, "2"))) {
         return;
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // What RIP commands leave in the model, and what only a program can see of them.
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -255,10 +256,21 @@ TEST_F(Commands, ANameWithoutADotHasTheZeroKey) {
     (void)stage.trace();
 }
 
-TEST(StatusLines, AreCutIntoTheirWords) {
-    char line[] = "    eth1.10 3 1 2\r\n";
-    handle_rip_show_interface(line);
-    EXPECT_STREQ(line, "    eth1.10");
+/// The line after it was handed on, a stroke for each NUL that has come into it.
+std::string cut(std::string line) {
+    handle_rip_show_interface(line.data());
+    std::replace(line.begin(), line.end(), '\0', '|');
+    return line;
+}
+
+TEST(StatusLines, LoseThreeWordsInPlace) {
+    EXPECT_EQ(cut("    eth1.10 3 1 2\r\n"), "    eth1.10|3|1|2\r\n");
+    EXPECT_EQ(cut("  eth1.10  2   1  2"), "  eth1_10| 2|  1| 2");
+    EXPECT_EQ(cut("eth1.10 1 2"), "eth1_10|1|2");
+    EXPECT_EQ(cut("eth1.10 2 "), "eth1_10|2|");
+    EXPECT_EQ(cut("eth1.10 "), "eth1.10|");
+    EXPECT_EQ(cut("  "), "  ");
+    EXPECT_EQ(cut(""), "");
 }
 
 } // namespace
