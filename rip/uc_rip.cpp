@@ -105,9 +105,15 @@ uint32_t ripVrfNodeInit(RipVrfNode *record, const char *name) {
     record->garbage_timer = kInitialGarbageTimer;
     record->default_metric = kInitialMetric;
     record->distance = kInitialDistance;
-    record->networks = dlistCreate(free, nullptr);
-    record->neighbors = dlistCreate(free, nullptr);
-    return record->networks != nullptr && record->neighbors != nullptr ? kOk : kFailed;
+    dlist *networks = dlistCreate(free, nullptr);
+    dlist *neighbors = networks == nullptr ? nullptr : dlistCreate(free, nullptr);
+    if (neighbors == nullptr) {
+        free(networks);
+        return kFailed;
+    }
+    record->networks = networks;
+    record->neighbors = neighbors;
+    return kOk;
 }
 
 uint32_t ripNetworkNodeInit(RipNetworkNode *record, const char *ip, const char *mask) {

@@ -85,8 +85,8 @@ uint32_t ucRipInit(void);
 uint32_t ripInit(void);
 
 /* Fills a record of the caller with the name (cut to 36 characters), the initial values and two
- * empty lists.
- * Result: 0 done; 1 an argument is null or a list could not be made. */
+ * empty lists, which the caller releases.
+ * Result: 0 done; 1 an argument is null or a list could not be made (the record has none then). */
 uint32_t ripVrfNodeInit(RipVrfNode *record, const char *name);
 
 /* Fills a record of the caller with both texts, each cut to 15 characters.

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <malloc.h>
 #include <sched.h>
 #include <string>
 #include <vector>
@@ -410,6 +411,24 @@ TEST_F(Model, WithoutMemory) {
     EXPECT_EQ(interface, nullptr);
     EXPECT_EQ(gRipVrfList->count, 1U);
     EXPECT_EQ(gRipIfList->count, 0U);
+}
+
+/// Bytes that the heap has given out.
+std::size_t bytesInUse() {
+    return mallinfo2().uordblks;
+}
+
+TEST(Records, AnInstanceWithoutItsSecondListKeepsNoneOfItsFirst) {
+    constexpr std::size_t kTimes = 1000;
+    RipVrfNode vrf;
+    const std::size_t before = bytesInUse();
+    for (std::size_t i = 0; i < kTimes; ++i) {
+        const stage::NoMemory noMemory(2);
+        ASSERT_EQ(ripVrfNodeInit(&vrf, kName), 1U);
+    }
+    EXPECT_LT(bytesInUse(), before + kTimes * sizeof(dlist)); // a sanitizer's heap says 0 each time
+    EXPECT_EQ(vrf.networks, nullptr);
+    EXPECT_EQ(vrf.neighbors, nullptr);
 }
 
 TEST(Init, WithoutMemory) {
