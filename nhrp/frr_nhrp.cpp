@@ -150,10 +150,10 @@ uint32_t runPhrase(int32_t argc, char **argv) {
     return kAccepted; // unknown and unfinished phrases are answered "ok", on purpose
 }
 
-/// The words behind the handler's name, up to the first null entry and not limited by argc: the
-/// front-end's vectors end in a null entry, and a restart request carries its keyword behind argc.
-template <int N> void takeWords(int32_t argc, char **argv, const char *(&words)[N]) {
-    bool ended = argc <= 1 && argv[0] == nullptr;
+/// The words after the handler's name, up to the first null entry. argc does not limit them: a
+/// restart, with argc 1, may be followed by a keyword.
+template <int N> void takeWords(char **argv, const char *(&words)[N]) {
+    bool ended = false;
     for (int i = 0; i < N; ++i) {
         words[i] = ended ? nullptr : argv[i + 1];
         ended = words[i] == nullptr;
@@ -197,7 +197,7 @@ void process_nhrp_global(int32_t argc, char **argv) {
         if (argc == 1) {
             restart(argc, argv[0]);
         }
-        takeWords(argc, argv, words);
+        takeWords(argv, words);
     }
     reply(runKeyword(words[0], words[1]));
 }
@@ -207,7 +207,7 @@ void process_nhrp_show(int32_t argc, char **argv) {
         return;
     }
     const char *words[3];
-    takeWords(argc, argv, words);
+    takeWords(argv, words);
     (void)record_log_act("frr_nhrp:%d: process_nhrp_show argc:%d,argv:%s,%s,%s\n\n", __LINE__, argc,
                          shown(words[0]), shown(words[1]), shown(words[2]));
     if (isCacheRequest(words) && swNhrpShow(0, "cache") != 0) {

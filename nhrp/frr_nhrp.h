@@ -102,15 +102,16 @@ void process_nhrp_interface(int32_t argc, char **argv);
 
 /* One global setting: argv[1] is "nflog-group" or "multicast-nflog-group", argv[2] its value. With
  * argc 1 the shell command "killall nhrpd;nhrpd -d" restarts the daemon first; argv[1], which must
- * be readable then, still counts as a keyword unless it is null.
+ * be readable then, still counts as a keyword unless it is null. argv[0] is only logged and may be
+ * null. With argc below 1 nothing of argv is read.
  * Replies "fail" when the builder failed or the value is missing, else "ok", also for any other
  * keyword. */
 void process_nhrp_global(int32_t argc, char **argv);
 
 /* The display: with argv[1..3] "ip", "nhrp", "cache" streams the cache into
  * /tmp/tmp/nhrp_pipe_c2lua_cache (swNhrpShow); anything else does nothing. The words are looked at
- * up to the first null entry, whatever argc of 1 or more says. No reply; a failure is only
- * logged. */
+ * up to the first null entry, whatever argc of 1 or more says; argv[0] is not read. With argc below
+ * 1 nothing happens. No reply; a failure is only logged. */
 void process_nhrp_show(int32_t argc, char **argv);
 
 FRRUCI_C_END

@@ -558,6 +558,25 @@ TEST(Handlers, AShowLooksAtTheEntriesBehindArgc) {
     EXPECT_STREQ(world.stage.trace(), "nhrpd: enable | show ip nhrp cache json\n");
 }
 
+TEST(Handlers, ANullNameChangesNothingOfWhatFollows) {
+    for (const int32_t argc : {1, 3}) {
+        World world;
+        std::string words[] = {"nflog-group", "3"};
+        char *vector[] = {nullptr, words[0].data(), words[1].data(), nullptr};
+        process_nhrp_global(argc, vector);
+        EXPECT_EQ((argc == 1 ? "system: killall nhrpd;nhrpd -d\n" : "") +
+                      sessionOf(builderOf("nhrp_nflog"), "nhrp nflog-group 3") + replied("ok"),
+                  world.stage.trace());
+    }
+    for (const int32_t argc : {1, 4}) {
+        World world;
+        std::string words[] = {"ip", "nhrp", "cache"};
+        char *vector[] = {nullptr, words[0].data(), words[1].data(), words[2].data(), nullptr};
+        process_nhrp_show(argc, vector);
+        EXPECT_STREQ(world.stage.trace(), "nhrpd: enable | show ip nhrp cache json\n");
+    }
+}
+
 TEST(Handlers, GlobalKeywordsTakeAnyText) {
     for (const char *name : {"nhrp_nflog", "multicast_nhrp_nflog"}) {
         World world;
