@@ -6,6 +6,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <regex>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -463,6 +464,45 @@ TEST(Display, WithoutADaemonTheResultIsAllOnes) {
     EXPECT_EQ(vtyNhrpPrint(kShow, kNhrpd), 0xFFFFFFFFU);
     EXPECT_EQ(vtyNhrpPrint(kShow, nullptr), 0xFFFFFFFFU);
     EXPECT_STREQ(stage.trace(), "");
+}
+
+/// Standard input closed, so that the next session has descriptor 0; put back at the end.
+class NoStandardInput {
+public:
+    NoStandardInput() : saved_(dup(STDIN_FILENO)) { close(STDIN_FILENO); }
+    ~NoStandardInput() {
+        EXPECT_EQ(dup2(saved_, STDIN_FILENO), STDIN_FILENO); // ends the session that stayed open
+        close(saved_);
+    }
+    NoStandardInput(const NoStandardInput &) = delete;
+    NoStandardInput &operator=(const NoStandardInput &) = delete;
+
+private:
+    int saved_;
+};
+
+TEST(Display, ASessionWithDescriptorZeroIsConnectedAndRefused) {
+    stage::Stage stage;
+    {
+        const NoStandardInput closed;
+        EXPECT_EQ(vtyNhrpPrint(kShow, kNhrpd), 1U);
+    }
+    EXPECT_TRUE(std::regex_match(stage.log(), std::regex("frr_util:[0-9]+: frrVtyRun: enable\n")))
+        << stage.log();
+}
+
+TEST(Deliver, ASessionWithDescriptorZeroLogsItsFirstCommandAndIsRefused) {
+    for (const Delivery &delivery : deliveries()) {
+        SCOPED_TRACE(delivery.name);
+        stage::Stage stage;
+        {
+            const NoStandardInput closed;
+            EXPECT_EQ(delivery.send(), 1U);
+        }
+        EXPECT_TRUE(
+            std::regex_match(stage.log(), std::regex("frr_util:[0-9]+: frrVtyRun: enable\n")))
+            << stage.log();
+    }
 }
 
 TEST(Display, ARefusedEnableEndsTheSession) {
