@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The RIP handlers that the web front-end calls: switches, dispatchers, instance settings.
+// The line numbers in their messages: Fixed by the interface.
 
 #include "rip/frr_rip.h"
 
@@ -23,14 +24,6 @@ using frruci::common::number;
 using frruci::common::runShell;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua"; // shared with OSPF
-
-// Line numbers printed in messages; fixed, as support tools match on them.
-constexpr int kRunningLine = 40;
-constexpr int kStartedLine = 48;
-constexpr int kNetworkLine = 204;
-constexpr int kNetworkVneteLine = 212;
-constexpr int kNetworkDneteLine = 219;
-constexpr int kInterfaceLine = 386;
 
 constexpr unsigned kSettleSeconds = 1;
 constexpr int32_t kKill = 1;
@@ -85,7 +78,7 @@ struct Keyword {
     int32_t (*handle)(int32_t argc, char **argv);
 };
 
-// NOLINTNEXTLINE(readability-identifier-naming): the front-end's documentation calls it so
+// NOLINTNEXTLINE(readability-identifier-naming): Fixed by the interface
 constexpr Keyword rip_config_table[] = {
     {"rip_version",         process_rip_config_version            },
     {"rip_distance",        process_rip_config_distance           },
@@ -98,7 +91,7 @@ constexpr Keyword rip_config_table[] = {
     {"garbage_timer",       process_rip_config_garbage_timer      },
 };
 
-// NOLINTNEXTLINE(readability-identifier-naming): the front-end's documentation calls it so
+// NOLINTNEXTLINE(readability-identifier-naming): Fixed by the interface
 constexpr Keyword rip_interface_config_table[] = {
     {"split_horizon_mode", process_rip_interface_split_horizon_mode},
     {"send_version",       process_rip_interface_send_version      },
@@ -132,7 +125,7 @@ template <std::size_t N> void dispatch(const Keyword (&table)[N], int32_t argc, 
 void setNetwork(char **argv, uint32_t side, int line, const char *sideName) {
     const uint32_t add = equals(argv[0], "add") ? 1 : 0;
     if (swRipNetworkSet(kInstance, argv[1], argv[2], add, side) != kOk) {
-        // "ospf" in the text is on purpose: it is how readers of the log know this line.
+        // "ospf" in the text: Fixed by the interface.
         (void)record_log_act("frr_rip:%d: process_ospf_network failed in %s.\n", line, sideName);
     }
 }
@@ -188,16 +181,16 @@ void process_rip_global(int32_t argc, char **argv) {
 
 void rip_enable() {
     openFirewall();
-    (void)zebra_enable(); // a zebra that is missing shows in ripd's answers
+    (void)zebra_enable(); // its result has no meaning
     if (process_exist("ripd", kCountOnly) != 0) {
-        (void)record_log_act("frr_rip:%d: ripd process exist\n", kRunningLine);
+        (void)record_log_act("frr_rip:%d: ripd process exist\n", 40);
         return;
     }
     sleep(kSettleSeconds);
     runShell("ripd -d ");
     sleep(kSettleSeconds);
-    (void)record_log_act("frr_rip:%d: rip_enable\n", kStartedLine);
-    (void)swRipRouterRipSet(kInstance, 1); // a refusal is logged there
+    (void)record_log_act("frr_rip:%d: rip_enable\n", 48);
+    (void)swRipRouterRipSet(kInstance, 1); // rip_enable has no result
 }
 
 void process_rip_config(int32_t argc, char **argv) {
@@ -211,7 +204,7 @@ void process_rip_interface(int32_t argc, char **argv) {
     if (argc < 2 || !hasWords(argc, argv, 1)) {
         return;
     }
-    (void)record_log_act("frr_rip:%d: %d, %s\n", kInterfaceLine, argc, argv[0]);
+    (void)record_log_act("frr_rip:%d: %d, %s\n", 386, argc, argv[0]);
     dispatch(rip_interface_config_table, argc, argv);
 }
 
@@ -219,10 +212,10 @@ void process_rip_network(int32_t argc, char **argv) {
     if (!hasWords(argc, argv, 3)) {
         return;
     }
-    (void)record_log_act("frr_rip:%d: process_rip_network %s %s %s\n", kNetworkLine, argv[0],
-                         argv[1], argv[2]);
-    setNetwork(argv, kVnete, kNetworkVneteLine, "vnete");
-    setNetwork(argv, kDnete, kNetworkDneteLine, "dnete");
+    (void)record_log_act("frr_rip:%d: process_rip_network %s %s %s\n", 204, argv[0], argv[1],
+                         argv[2]);
+    setNetwork(argv, kVnete, 212, "vnete");
+    setNetwork(argv, kDnete, 219, "dnete");
     sleep(kSettleSeconds);
     replyOk();
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The RIP handlers of one interface's settings.
+// The line numbers in their messages: Fixed by the interface.
 
 #include "rip/frr_rip.h"
 
@@ -19,12 +20,6 @@ using frruci::common::equals;
 using frruci::common::number;
 
 constexpr int32_t kNoVlan = -1;
-
-// Line numbers printed in messages; fixed, as support tools match on them.
-constexpr int kSendCountLine = 264;
-constexpr int kSendWordsLine = 268;
-constexpr int kSendNoVlanLine = 272;
-constexpr int kSendCallLine = 281;
 
 constexpr useconds_t kSettleMicroseconds = 100000;
 
@@ -49,7 +44,7 @@ constexpr SplitHorizonMode kSplitHorizonModes[] = {
 };
 constexpr SplitHorizonMode kSplitHorizonOff = {"none", 0, 0};
 
-/// Any unknown word switches off, on purpose: the page's "none" has had several spellings.
+/// An unknown word switches off. Fixed by the interface.
 const SplitHorizonMode &splitHorizonMode(const char *word) {
     for (const SplitHorizonMode &mode : kSplitHorizonModes) {
         if (equals(mode.word, word)) {
@@ -107,24 +102,22 @@ int32_t process_rip_interface_split_horizon_mode(int32_t argc, char **argv) {
 }
 
 int32_t process_rip_interface_send_version(int32_t argc, char **argv) {
-    (void)record_log_act("frr_rip:%d: process_rip_interface_send_version %d\n", kSendCountLine,
-                         argc);
+    (void)record_log_act("frr_rip:%d: process_rip_interface_send_version %d\n", 264, argc);
     if (!hasWords(argc, argv, 2)) {
         return kNothingDone;
     }
-    (void)record_log_act("frr_rip:%d: process_rip_interface_send_version %s %s\n", kSendWordsLine,
-                         argv[0], argv[1]);
+    (void)record_log_act("frr_rip:%d: process_rip_interface_send_version %s %s\n", 268, argv[0],
+                         argv[1]);
     RipNetIf key = {};
     const int32_t found = get_vlan_id_from_interface_name(argv[0], &key);
     if (found != 0) {
-        (void)record_log_act("frr_rip:%d:  ret=%d, get_vlan_id_from_interface_name\n",
-                             kSendNoVlanLine, found);
+        (void)record_log_act("frr_rip:%d:  ret=%d, get_vlan_id_from_interface_name\n", 272, found);
     }
     const uint32_t version = versionOf(argv[1]);
     if (version == kNoVersion) {
         return kNothingDone;
     }
-    (void)record_log_act("frr_rip:%d: swRipIfSendVersionSet\n", kSendCallLine);
+    (void)record_log_act("frr_rip:%d: swRipIfSendVersionSet\n", 281);
     return result(swRipIfSendVersionSet(argv[0], key, version, 1));
 }
 

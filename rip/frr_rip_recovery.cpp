@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // Replays the stored RIP configuration through the handlers.
+// The line numbers in its messages: Fixed by the interface.
 
 #include "rip/frr_rip_recovery.h"
 
@@ -19,14 +20,6 @@ using frruci::common::equals;
 
 constexpr const char *kPackage = "rip";
 constexpr std::size_t kOptionBytes = 64;
-
-// Line numbers printed in messages, here and in the table below; fixed, as support tools match on
-// them.
-constexpr int kBeginLine = 217;
-constexpr int kStatusLine = 220;
-constexpr int kEndLine = 227;
-constexpr int kVneteLine = 137;
-constexpr int kDneteLine = 143;
 
 /// Reads one option; empty, and logged, when it cannot be read.
 void readOption(const char *section, const char *option, char (&text)[kOptionBytes], int line) {
@@ -73,7 +66,7 @@ void replay(const StoredSetting &setting) {
     for (int32_t i = 0; i < setting.count; ++i) {
         readOption("config", setting.words[i].option, texts[i], setting.words[i].line);
     }
-    (void)setting.handle(setting.count, words); // a refusal shows in the log
+    (void)setting.handle(setting.count, words); // a failure does not end the replay
 }
 
 /// Calls handle with the interface's name and the option when the section has both.
@@ -84,7 +77,7 @@ int32_t replayInterface(uci_context *context, uci_section *section, const char *
     if (name != nullptr && value != nullptr) {
         // Handlers only read their words.
         char *words[] = {const_cast<char *>(name), const_cast<char *>(value)};
-        (void)handle(2, words); // a refusal shows in the log
+        (void)handle(2, words); // a failure does not end the replay
     }
     return 0;
 }
@@ -99,16 +92,16 @@ void announce(const char *ip, const char *mask, uint32_t side, int line, const c
 } // namespace
 
 void rip_cfg_recovery() {
-    (void)record_log_act("frr_rip_recovery:%d: rip_cfg_recovery begin\n", kBeginLine);
+    (void)record_log_act("frr_rip_recovery:%d: rip_cfg_recovery begin\n", 217);
     char status[kOptionBytes];
-    readOption("global", "status", status, kStatusLine);
+    readOption("global", "status", status, 220);
     if (equals(status, "on")) {
         rip_recovery_process();
         rip_recovery_config();
         rip_recovery_network();
         rip_recovery_interface();
     }
-    (void)record_log_act("frr_rip_recovery:%d: rip_cfg_recovery end\n", kEndLine);
+    (void)record_log_act("frr_rip_recovery:%d: rip_cfg_recovery end\n", 227);
 }
 
 void rip_recovery_process() {
@@ -187,8 +180,8 @@ int32_t rip_recovery_network_from_section(uci_context *context, uci_section *sec
     const char *mask = rip_uci_option_string(context, section, "mask");
     const char *ip = rip_uci_option_string(context, section, "ipaddress");
     if (mask != nullptr && ip != nullptr) {
-        announce(ip, mask, 0, kVneteLine, "vnete");
-        announce(ip, mask, 1, kDneteLine, "dnete");
+        announce(ip, mask, 0, 137, "vnete");
+        announce(ip, mask, 1, 143, "dnete");
     }
     return 0;
 }
@@ -223,10 +216,10 @@ int32_t rip_recovery_interface_authen(uci_context *context, uci_section *section
         (keyId == nullptr && equals(mode, "md5"))) {
         return 0;
     }
-    // Always four words, so "none" means nothing to the handler, on purpose: a fresh ripd has no
-    // authentication to remove. Handlers only read their words.
+    // Always four words, so "none" means nothing to the handler. Fixed by the interface.
+    // Handlers only read their words.
     char *words[] = {const_cast<char *>(name), const_cast<char *>(mode), const_cast<char *>(keyId),
                      const_cast<char *>(key)};
-    (void)process_rip_interface_authen(4, words); // a refusal shows in the log
+    (void)process_rip_interface_authen(4, words); // a failure does not end the replay
     return 0;
 }

@@ -2,8 +2,8 @@
 /* Replay of the stored RIP configuration (store "rip") into a freshly started ripd, through the
  * handlers that the web pages call.
  *
- * Nothing here stops early: what cannot be read or is refused is logged, or left out as the
- * handlers do, and the next setting is tried. No reply is written. */
+ * Nothing here stops early: an option that cannot be read and a network that fails are logged, any
+ * other failure is not, and the next setting is tried. No reply is written. */
 #ifndef FRRUCI_RIP_FRR_RIP_RECOVERY_H
 #define FRRUCI_RIP_FRR_RIP_RECOVERY_H
 
@@ -69,7 +69,7 @@ int32_t rip_recovery_interface_recv_version(struct uci_context *context,
                                             struct uci_section *section);
 
 /* Options "interface", "authen_mode", "key_id" and "key". Needs all of them, except the key id for
- * the mode "simple". The mode "none" replays nothing: a fresh ripd has no authentication. */
+ * the mode "simple". The mode "none" replays nothing. */
 int32_t rip_recovery_interface_authen(struct uci_context *context, struct uci_section *section);
 
 FRRUCI_C_END

@@ -13,9 +13,6 @@ namespace {
 
 using frruci::common::equals;
 
-// Line number printed in a message; fixed, as support tools match on it.
-constexpr int kNotStoredLine = 366;
-
 /// The name of the interface's section: store names have no dots.
 void toSectionName(char *interface) {
     for (char *at = strchr(interface, '.'); at != nullptr; at = strchr(at, '.')) {
@@ -39,6 +36,7 @@ void handle_rip_show_interface(char *line) {
     toSectionName(interface);
     const int32_t stored = frr_uci_set("rip", interface, "status", "up");
     if (stored != 0) {
-        (void)record_log_act("frr_rip:%d:  ret=%d, frr_uci_set\n", kNotStoredLine, stored);
+        // The line number: Fixed by the interface.
+        (void)record_log_act("frr_rip:%d:  ret=%d, frr_uci_set\n", 366, stored);
     }
 }

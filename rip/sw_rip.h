@@ -74,8 +74,9 @@ uint32_t swRipAutoSummSet(const char *vrf, uint32_t enable);
  * Result: the second sending's, whatever the first gave. */
 uint32_t swRipDefaultInformationSet(const char *vrf, uint32_t enable);
 
-/* Sends "[no] route <ip>/<prefix length>" twice, the route's text cut to 17 characters; stores
- * nothing. ip: an address that ipStrCheck accepts; mask: a dotted mask.
+/* Sends "[no] route <ip>/<prefix length>" twice, the route's text cut to 17 characters: for
+ * 100.100.100.100 and 255.255.255.0 ripd gets, accepts and holds another route. Stores nothing.
+ * ip: an address that ipStrCheck accepts; mask: a dotted mask.
  * Result: 1 for a bad argument, else the second sending's, whatever the first gave. */
 uint32_t swRipRouteStaticSet(const char *vrf, const char *ip, const char *mask, uint32_t add);
 
@@ -124,8 +125,9 @@ uint32_t swRipIfV2BroadcastSet(const char *ifname, RipNetIf key, uint32_t enable
  * <keystring>" and "ip rip authentication mode text". Disabling sends "no ip rip authentication
  * mode" only. Then stores key id, key and mode (0 for none).
  * mode: 1 simple text, 2 MD5 (0 is of no use: two empty commands and the text mode). keyid: 1..255.
- * keystring: ripd takes more, the model at most 16 characters: a longer one is sent, the key id
- * stored, and then 1 returned. The three are not looked at when disabling.
+ * keystring: the model takes at most 16 characters. A longer one is sent all the same; where ripd
+ * accepts it, as a key chain does, the key id is stored and then 1 returned. The three are not
+ * looked at when disabling.
  * Result: 0 done; 1 bad argument, no connection, refused, or not stored. Failures of the chain's
  * removal and making are not looked at. */
 uint32_t swRipIfAuthenticationSet(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,

@@ -83,7 +83,7 @@ struct AuthMethod {
 
 constexpr const char *kTextMode = "ip rip authentication mode text";
 
-// By mode. Nobody asks for mode 0: ripd ignores its two empty commands.
+// By mode. The handlers never ask for mode 0, whose first two commands are empty.
 constexpr AuthMethod kAuthMethods[] = {
     {"",                                   "",                                   kTextMode},
     {"no ip rip authentication key-chain", "ip rip authentication string %s",    kTextMode},
@@ -104,7 +104,7 @@ uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t
         return sent;
     }
     if (mode == kMd5) {
-        (void)swRipKeychainAdd(key, chain, keyid, keystring); // ripd takes a chain that comes later
+        (void)swRipKeychainAdd(key, chain, keyid, keystring); // Fixed by the interface
     }
     char command[kCommandBytes];
     format(command, method.install, mode == kMd5 ? chain : keystring);
@@ -116,13 +116,13 @@ uint32_t storeSecret(RipNetIf key, uint32_t keyid, const char *keystring) {
     if (ucRipInterfaceAuth_keyidSet(key, keyid) != kOk) {
         return kFailed;
     }
-    // ripd has a text of more than 16 characters by now; the model refuses it and says so.
+    // ripd takes a key of more than 16 characters in a key chain; the model refuses it.
     return ucRipInterfaceAuth_strSet(key, keystring);
 }
 
-/// Asks as the other commands do; the answer would choose between two daemons where there is one.
+/// Asks the front-end about the VLAN. Fixed by the interface.
 void askForSide(RipNetIf key) {
-    (void)sw_is_lan_vid(static_cast<int32_t>(key.vid));
+    (void)sw_is_lan_vid(static_cast<int32_t>(key.vid)); // one ripd serves both sides
 }
 
 } // namespace
@@ -136,7 +136,7 @@ uint32_t swRipIfSplitHorizonSet(const char *ifname, RipNetIf key, uint32_t poiso
     if (sent != kOk) {
         return sent;
     }
-    // Poisoned reverse is stored as split horizon, on purpose (see the model's options).
+    // Poisoned reverse is stored as split horizon. Fixed by the interface.
     return makeRecord(key) == kOk ? ucRipInterfaceSplitHorizonEnableSet(key, enable) : kFailed;
 }
 
@@ -175,8 +175,8 @@ uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable) {
     if (!kSwitch.holds(enable)) {
         return kFailed;
     }
-    // Made before the checks, on purpose: the interface is known from here on, whatever they say.
-    (void)makeRecord(key); // without a record only the last step, not looked at either, fails
+    // Made before the checks. Fixed by the interface.
+    (void)makeRecord(key); // without a record only the last step fails, whose result is ignored
     const auto vid = static_cast<int32_t>(key.vid);
     char command[kCommandBytes];
     format(command, enable == 1 ? "passive-interface eth1.%d" : "no passive-interface eth1.%d",
@@ -189,7 +189,7 @@ uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable) {
     if (sent != kOk) {
         return sent;
     }
-    (void)ucRipInterfacePassiveEnableSet(key, enable); // ripd has it; that counts
+    (void)ucRipInterfacePassiveEnableSet(key, enable); // Fixed by the interface
     return kOk;
 }
 

@@ -23,12 +23,9 @@ constexpr const char *kLanLine =
 constexpr uint32_t kWan = 1;
 constexpr uint32_t kLan = 0;
 
-// Line number printed in a message; fixed, as support tools match on it.
-constexpr int kLinkInstanceLine = 1206;
-
 constexpr const char *kLinkMask = "255.255.255.252";
 
-// One step each, in this order. The failure texts are fixed: "recive" is how readers know them.
+// One step each, in this order. The failure texts, "recive" included: Fixed by the interface.
 struct LinkNetwork {
     const char *ip;
     uint32_t selector;
@@ -99,7 +96,8 @@ uint32_t sw_rip_if_cmd(const char *ifname, const char *command, const char *sock
 uint32_t init_rip_interface() {
     uint32_t result = swRipRouterRipSet(kInstance, 1);
     if (result != kOk) {
-        (void)record_log_act("sw_rip:%d:  ret=%d, swRipRouterRipSet\n", kLinkInstanceLine,
+        // The line number: Fixed by the interface.
+        (void)record_log_act("sw_rip:%d:  ret=%d, swRipRouterRipSet\n", 1206,
                              static_cast<int32_t>(result));
         return told(result, "Enable rip network br-lan failed.");
     }

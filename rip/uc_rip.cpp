@@ -176,8 +176,7 @@ uint32_t ucRipIfOption(RipNetIf key, RipIfAccessor accessor, void *value) {
     ROW(Distance, distance, kDistance)                                                             \
     ROW(Autosumm, auto_summary, kSwitch)
 
-// The poisoned-reverse pair is the split-horizon pair under another name, on purpose: readers of
-// the model know poisoned reverse only as split horizon.
+// The poisoned-reverse pair reads and writes split horizon. Fixed by the interface.
 #define INTERFACE_OPTIONS(ROW)                                                                     \
     ROW(SendVersion, send_version, kVersion)                                                       \
     ROW(RecvVersion, recv_version, kVersion)                                                       \

@@ -268,7 +268,8 @@ uint32_t ripVtyPrint(const char *command, uint32_t selector);
  * Result: 0. */
 uint32_t ucRip_setGlobal(void);
 
-/* Prints the interface whose key is all zero, so never one made from an interface name.
+/* Prints the interface whose key is all zero: the one that the handlers made of a name without a
+ * dot, such as "br-lan", and never one of a VLAN.
  * Result: 0 printed; 1 no such interface. */
 uint32_t ucRip_setIfVlan(void);
 

@@ -20,14 +20,7 @@ constexpr int32_t kNoMatch = 0;
 constexpr int32_t kEmptyEntry = 1;
 constexpr int32_t kMissing = 3;
 
-// Line numbers printed in messages; fixed, as support tools match on them. The messages name the
-// command that asks for the instance, not the routine that logs.
-constexpr int kBeforeSearchLine = 470;
-constexpr int kAfterSearchLine = 477;
-constexpr int kBeforeAllocationLine = 484;
-constexpr int kBeforeAppendLine = 489;
-constexpr int kAfterAppendLine = 496;
-
+/// The name in the message and the lines: Fixed by the interface.
 void logAppend(int line) {
     (void)record_log_act("uc_rip:%d: swRipRouterRipSet\n", line);
 }
@@ -117,7 +110,7 @@ uint32_t findOrAppend(dlist_node *found, dlist *list, Record **out, Init init) {
 
 /// Makes and adds the instance that a search did not find.
 uint32_t appendVrf(const char *name, RipVrfNode **out) {
-    logAppend(kBeforeAllocationLine);
+    logAppend(484);
     auto *record = static_cast<RipVrfNode *>(malloc(sizeof(RipVrfNode)));
     if (record == nullptr) {
         return kFailed;
@@ -126,12 +119,12 @@ uint32_t appendVrf(const char *name, RipVrfNode **out) {
         free(record);
         return kListFailed;
     }
-    logAppend(kBeforeAppendLine);
+    logAppend(489);
     if (append<ucRipVrfListMu>(gRipVrfList, record) != kOk) {
         free(record);
         return kListFailed;
     }
-    logAppend(kAfterAppendLine);
+    logAppend(496);
     handOut(out, record);
     return kOk;
 }
@@ -204,9 +197,9 @@ uint32_t ucRipVrfAppend(const char *name, RipVrfNode **out) {
     if (name == nullptr) {
         return kFailed;
     }
-    logAppend(kBeforeSearchLine);
+    logAppend(470);
     const dlist_node *found = findVrf(name);
-    logAppend(kAfterSearchLine);
+    logAppend(477);
     if (found == nullptr) {
         return appendVrf(name, out);
     }

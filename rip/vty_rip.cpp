@@ -27,7 +27,7 @@ constexpr uint32_t kNoArgument = 0;
 constexpr uint32_t kSimpleText = 1; // RipInterfaceNode.auth_type
 constexpr uint32_t kMd5 = 2;
 
-/// Prints one item. No line end follows, on purpose: readers split the dump at its leading words.
+/// Prints one item, without a line end. Fixed by the interface.
 [[gnu::format(printf, 1, 2)]] void printItem(const char *text, ...) {
     va_list values;
     va_start(values, text);
@@ -166,7 +166,7 @@ uint32_t ucRip_setGlobal() {
 }
 
 uint32_t ucRip_setIfVlan() {
-    // Always the all-zero key, on purpose: the dump shows the record of no VLAN interface.
+    // Always the all-zero key. Fixed by the interface.
     RipInterfaceNode *record = nullptr;
     if (ucRipIfFindByNetIf({}, &record) != kOk) {
         return kFailed;

@@ -266,6 +266,11 @@ TEST_F(Rip, FurtherCommandsReachTheConfiguration) {
           {swRipRouteStaticSet(kVrf, "10.9.0.0", "255.255.0.0", 1), "route 10.9.0.0/16", true});
     check("router rip",
           {swRipRouteStaticSet(kVrf, "10.9.0.0", "255.255.0.0", 0), "route 10.9.0.0/16", false});
+    // Cut to "route 100.100.100.100/2".
+    check("router rip", {swRipRouteStaticSet(kVrf, "100.100.100.100", "255.255.255.0", 1),
+                         "route 64.0.0.0/2", true});
+    check("router rip", {swRipRouteStaticSet(kVrf, "100.100.100.100", "255.255.255.0", 0),
+                         "route 64.0.0.0/2", false});
     check("router rip",
           {swRipIfPassiveInterfaceVlanSet(kKey, 1), "passive-interface eth1.2", true});
     check("router rip",

@@ -254,6 +254,9 @@ TEST_F(Commands, ANameWithoutADotHasTheZeroKey) {
     ASSERT_EQ(ucRipIfFindByNetIf({0, 0}, &zero), 0U);
     EXPECT_EQ(zero->recv_version, 1U);
     (void)stage.trace();
+    (void)stage.output();
+    EXPECT_EQ(swRip_setIfVlan(), 0U);
+    EXPECT_STREQ(stage.output(), "ip rip receive version 1no ip rip passive-mode ");
 }
 
 /// The line after it was handed on, a stroke for each NUL that has come into it.
