@@ -57,7 +57,7 @@ struct Phrase {
     Setting setting;
 };
 
-// Lopsided on purpose: what has no negated phrase here cannot be taken back by the front-end.
+// Not every phrase has its negated one. Fixed by the interface.
 constexpr Phrase kPhrases[] = {
     {"ip address A",                     5, Setting::kAddress     },
     {"ip nhrp network-id N",             6, Setting::kNetworkId   },
@@ -147,7 +147,7 @@ uint32_t runPhrase(int32_t argc, char **argv) {
             return applyPhrase(phrase, argv);
         }
     }
-    return kAccepted; // unknown and unfinished phrases are answered "ok", on purpose
+    return kAccepted; // also for unknown and unfinished phrases. Fixed by the interface.
 }
 
 /// The words after the handler's name, up to the first null entry. argc does not limit them: a

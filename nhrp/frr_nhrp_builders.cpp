@@ -101,7 +101,7 @@ void compose(char (&command)[vty::kCommandBytes], const Row &row, const Values &
     }
 }
 
-/// A failed write does not keep the command from the daemon, on purpose: what runs counts.
+/// A failed write does not keep the command from the daemon. Fixed by the interface.
 void record(const Row &row, const char *ifname, const Values &values) {
     if (row.stored == kNone) {
         return;
@@ -142,8 +142,7 @@ uint32_t apply(Setting setting, const char *ifname, const Values &values) {
     char command[vty::kCommandBytes];
     compose(command, row, values);
     (void)record_log_act("frr_nhrp:%d: generate cmd:%s\n", __LINE__, command);
-    // The store first, and it stays when the daemon refuses: the front-end shows what was asked
-    // for.
+    // The store first, and it keeps the value when the daemon refuses. Fixed by the interface.
     record(row, ifname, values);
     return send(row, ifname, command);
 }

@@ -40,21 +40,21 @@ bool hasInterface() {
 
 uint32_t swNhrpShow(uint16_t, const char *what) {
     const bool cache = what != nullptr && frruci::common::equals(what, "cache");
-    // Anything else sends an empty line, on purpose: the front-end still gets an answer to read.
+    // Anything else sends an empty line. Fixed by the interface.
     const char *command = cache ? "show ip nhrp cache json" : "";
     return vtyNhrpPrint(command, frruci::nhrp::kNhrpdSocket) == 0 ? 0 : 1;
 }
 
 int32_t nhrp_enable(void) {
     if (process_exist("zebra", 0) == 0) {
-        (void)zebra_enable(); // its result says nothing
+        (void)zebra_enable(); // its result has no meaning
     }
     const int32_t running = process_exist("nhrpd", 0);
     if (running != 0) {
         return running;
     }
     (void)record_log_act("sw_nhrp:%d: nhrp is starting\n", __LINE__);
-    // "nhrp" on purpose, where a restart runs "nhrpd": routers have the launcher under this name.
+    // "nhrp", where a restart runs "nhrpd". Fixed by the interface.
     return system("nhrp -d");
 }
 
@@ -62,7 +62,7 @@ int32_t nhrp_set_interface(const char *ifname, int32_t flag) {
     if (flag == 0) {
         return store(kSection, kInterface, kOff);
     }
-    // Sticky on purpose, a "0" too: only the front-end moves NHRP to another interface.
+    // What is recorded stays, a "0" too. Fixed by the interface.
     if (hasInterface()) {
         return 0;
     }

@@ -64,15 +64,15 @@ ssize_t passChunk(int32_t fd) {
     char kept[kChunkBytes + 1] = {};
     const ssize_t received = recv(fd, chunk, sizeof chunk, 0);
     keepNonBlanks(chunk, received > 0 ? static_cast<std::size_t>(received) : 0, kept);
-    // As a text, so the end marker and the completion code stay out of the pipe. Empty chunks are
-    // written too: the front-end sees at least one writer come and go.
+    // Up to the first NUL, so the end marker and the completion code stay out of the pipe. An empty
+    // chunk is written too. Fixed by the interface.
     (void)write_pipe_to_lua(kept, kCachePipe); // without a reader there is nobody to tell
     return received;
 }
 
 void streamAnswer(int32_t fd) {
-    // A full chunk always asks for another read, on purpose, even when it ended the answer: the
-    // front-end takes the writer's end as the end of the cache.
+    // A full chunk is followed by another read, even when it ended the answer. Fixed by the
+    // interface.
     while (passChunk(fd) == static_cast<ssize_t>(kChunkBytes)) {
     }
 }
