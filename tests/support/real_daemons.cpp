@@ -23,6 +23,7 @@ namespace {
 
 constexpr milliseconds kPollPause{20};
 constexpr time_t kAnswerSeconds = 10;
+constexpr const char *kBusy = "could not lock "; // mgmtd, while a daemon of its has just started
 constexpr const char *kSecondRouter = FRRUCI_SUPPORT_FOLDER "/second_router";
 
 [[noreturn]] void giveUp(const std::string &why) {
@@ -106,6 +107,19 @@ bool waitFor(const std::function<bool()> &condition, milliseconds deadline) {
     return true;
 }
 
+int frrVersion() {
+    static const int kVersion = [] {
+        int major = 0;
+        int minor = 0;
+        const std::string text = Router::first().output("zebra --version");
+        if (std::sscanf(text.c_str(), "zebra version %d.%d", &major, &minor) != 2) {
+            giveUp("no version in: " + text);
+        }
+        return major * 100 + minor;
+    }();
+    return kVersion;
+}
+
 Router::Router(std::string launcher, std::string root)
     : launcher_(std::move(launcher)), root_(std::move(root)) {}
 
@@ -129,6 +143,10 @@ Router Router::second() {
 
 bool Router::start(const std::string &daemon) const {
     return run(daemon + " -d") == 0 && waitFor([&] { return answers(daemon); });
+}
+
+bool Router::startManagement() const {
+    return frrVersion() < 1000 || start("mgmtd");
 }
 
 bool Router::stop(const std::string &daemon) const {
@@ -180,11 +198,16 @@ Reply Router::vty(const std::string &daemon, const std::string &command) const {
 Reply Router::configure(const std::string &daemon, const std::vector<std::string> &commands) const {
     std::vector<std::string> all{"enable", "configure terminal"};
     all.insert(all.end(), commands.begin(), commands.end());
-    return session(daemon, all);
+    Reply reply;
+    (void)waitFor([&] {
+        reply = session(holder(daemon), all);
+        return reply.text.compare(0, std::strlen(kBusy), kBusy) != 0;
+    });
+    return reply;
 }
 
 std::string Router::runningConfig(const std::string &daemon) const {
-    std::istringstream lines(vty(daemon, "show running-config").text);
+    std::istringstream lines(vty(holder(daemon), "show running-config").text);
     std::string result;
     for (std::string line; std::getline(lines, line);) {
         // A daemon writes one for every interface that it has heard of, in use or not.
@@ -196,7 +219,7 @@ std::string Router::runningConfig(const std::string &daemon) const {
 }
 
 std::string Router::block(const std::string &daemon, const std::string &heading) const {
-    std::istringstream lines(vty(daemon, "show running-config").text);
+    std::istringstream lines(vty(holder(daemon), "show running-config").text);
     std::string result;
     std::string line;
     bool inside = false;
@@ -210,6 +233,11 @@ std::string Router::block(const std::string &daemon, const std::string &heading)
         inside = inside || line == heading;
     }
     return result;
+}
+
+std::string Router::holder(const std::string &daemon) const {
+    const bool managed = daemon == "zebra" || daemon == "ripd";
+    return managed && answers("mgmtd") ? "mgmtd" : daemon;
 }
 
 std::string Router::shell(const std::string &command) const {

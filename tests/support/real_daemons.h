@@ -18,13 +18,16 @@ constexpr milliseconds kDeadline = std::chrono::seconds(20);
 /// Polls until the condition holds; false when it does not by the deadline.
 bool waitFor(const std::function<bool()> &condition, milliseconds deadline = kDeadline);
 
+/// The version of the daemons, major * 100 + minor: 804 is 8.4, 1003 is 10.3.
+int frrVersion();
+
 /// What a daemon said to a command.
 struct Reply {
     int code = -1;    ///< completion code; -1 when the daemon did not answer
     std::string text; ///< its output
 };
 
-/// One router with its shell and its daemons ("zebra", "ospfd", "ripd", "nhrpd").
+/// One router with its shell and its daemons ("zebra", "ospfd", "ripd", "nhrpd", "mgmtd").
 class Router {
 public:
     /// The router that the test runs on.
@@ -35,6 +38,9 @@ public:
 
     /// Runs the words "DAEMON -d" in the shell and waits for the daemon's vty socket to answer.
     bool start(const std::string &daemon) const;
+    /// Starts mgmtd where the daemons have one, which is before all others, as a router does; it
+    /// then holds the configuration of zebra and ripd.
+    bool startManagement() const;
     /// Kills the daemon, if it runs, and waits until it is gone. False when it stays.
     bool stop(const std::string &daemon) const;
     /// True when the daemon's vty socket answers.
@@ -45,6 +51,7 @@ public:
     /// One command in the enabled view, for example "show ip route".
     Reply vty(const std::string &daemon, const std::string &command) const;
     /// Commands from the configuration view on, in one session; ends at the first that is refused.
+    /// Like the next two, asks mgmtd instead where it runs and holds that daemon's configuration.
     Reply configure(const std::string &daemon, const std::vector<std::string> &commands) const;
     /// The text of "show running-config" without its separating lines, whose number changes while
     /// a daemon hears of interfaces.
@@ -62,6 +69,8 @@ public:
 private:
     Router(std::string launcher, std::string root);
     std::string shell(const std::string &command) const;
+    /// Who holds the daemon's configuration.
+    std::string holder(const std::string &daemon) const;
     Reply session(const std::string &daemon, const std::vector<std::string> &commands) const;
 
     std::string launcher_; ///< words before a command that runs there

@@ -151,9 +151,11 @@ class Nhrp : public testing::Test {
 protected:
     void SetUp() override {
         std::ofstream(kStore) << "config nhrp 'sdwan'\n";
-        ASSERT_TRUE(router_.start("zebra") && router_.start("nhrpd"));
+        ASSERT_TRUE(router_.startManagement() && router_.start("zebra") && router_.start("nhrpd"));
     }
-    void TearDown() override { EXPECT_TRUE(router_.stop("nhrpd") && router_.stop("zebra")); }
+    void TearDown() override {
+        EXPECT_TRUE(router_.stop("nhrpd") && router_.stop("zebra") && router_.stop("mgmtd"));
+    }
 
     /// What the handler replied to a phrase of tun0.
     std::string set(const Words &phrase) {

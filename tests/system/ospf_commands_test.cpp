@@ -10,6 +10,7 @@
 #include "ospf/sw_ospf.h"
 #include "ospf/vty_ospf.h"
 #include "tests/support/real_daemons.h"
+#include "tests/system/wording.h"
 
 namespace {
 
@@ -21,7 +22,7 @@ struct Row {
     const char *name;
     std::function<uint32_t(uint32_t set)> call;
     uint32_t set;     ///< result of setting
-    const char *line; ///< what the running configuration then holds; null: nothing new
+    const char *line; ///< what the running configuration of 8.4 then holds; null: nothing new
     uint32_t unset;   ///< result of unsetting
     bool stays;       ///< whether the line is still there afterwards
 };
@@ -191,7 +192,7 @@ protected:
 
     bool holds(const char *heading, const char *line) const {
         const std::string block = "\n" + router_.block("ospfd", heading);
-        return block.find("\n" + std::string(line) + "\n") != std::string::npos;
+        return block.find("\n" + std::string(routers::asWritten(line)) + "\n") != std::string::npos;
     }
 
     template <std::size_t N> void play(const Row (&rows)[N], const char *heading) {

@@ -117,10 +117,11 @@ protected:
     void SetUp() override {
         restartLibrary();
         (void)near.run("rm -f /tmp/tmp/data /etc/config/rip");
+        ASSERT_TRUE(near.startManagement());
     }
 
     void TearDown() override {
-        for (const char *daemon : {"ripd", "ospfd", "zebra"}) {
+        for (const char *daemon : {"ripd", "ospfd", "zebra", "mgmtd"}) {
             EXPECT_TRUE(near.stop(daemon)) << daemon;
             EXPECT_TRUE(far.stop(daemon)) << daemon;
         }
@@ -394,6 +395,7 @@ protected:
         handle(process_rip_config, "update_timer 5");
         handle(process_rip_interface, "authen_mode eth1.2 md5 7 " + nearKey);
         handle(process_rip_network, "add 10.1.2.0 255.255.255.0");
+        ASSERT_TRUE(far.startManagement());
         ASSERT_TRUE(far.start("zebra"));
         ASSERT_TRUE(far.start("ripd"));
         const Words chain = {"key chain k", "key 7", "key-string " + farKey};

@@ -29,6 +29,8 @@ Lines ospfLines(const std::string &routerId, const Lines &interfaceLines) {
 
 class Routers : public testing::Test {
 protected:
+    void startManagement() const { ASSERT_TRUE(near.startManagement() && far.startManagement()); }
+
     void startBoth(const Lines &daemons) const {
         for (const std::string &daemon : daemons) {
             ASSERT_TRUE(near.start(daemon)) << daemon;
@@ -49,7 +51,7 @@ protected:
     }
 
     void TearDown() override {
-        for (const char *daemon : {"ospfd", "ripd", "nhrpd", "zebra"}) {
+        for (const char *daemon : {"ospfd", "ripd", "nhrpd", "zebra", "mgmtd"}) {
             EXPECT_TRUE(near.stop(daemon)) << daemon;
             EXPECT_TRUE(far.stop(daemon)) << daemon;
         }
@@ -115,6 +117,7 @@ TEST_F(Routers, OspfNeighboursWithDifferentKeysDoNotMeet) {
 }
 
 TEST_F(Routers, RipRouteArrives) {
+    startManagement();
     startBoth({"zebra", "ripd"});
     const Lines common{"router rip", "timers basic 5 15 10", "network eth1.2"};
     ASSERT_EQ(0, near.configure("ripd", common).code);

@@ -28,9 +28,10 @@ protected:
         ASSERT_EQ(swRipInit(), 0U);
         ASSERT_EQ(swOspfInit(), 0U);
     }
+    void SetUp() override { ASSERT_TRUE(router.startManagement()); }
     /// A killed process is listed, and counts for the library, until its parent has taken note.
     void TearDown() override {
-        for (const char *daemon : {"ospfd", "ripd", "zebra"}) {
+        for (const char *daemon : {"ospfd", "ripd", "zebra", "mgmtd"}) {
             EXPECT_TRUE(router.stop(daemon)) << daemon;
             EXPECT_TRUE(waitFor([daemon] { return process_exist(daemon, 0) == 0; })) << daemon;
         }
