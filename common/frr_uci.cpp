@@ -9,6 +9,7 @@
 
 #include "common/front_end.h"
 #include "common/text.h"
+#include "common/uci_option.h"
 
 namespace {
 
@@ -53,19 +54,11 @@ uci_element *lookUp(uci_context *context, uci_list *list, const char *name) {
 }
 
 /// The option's text; null when it or its section is missing or it is a list.
-const char *optionText(uci_context *context, uci_package *package, const char *sectionName,
-                       const char *optionName) {
-    uci_element *element = lookUp(context, &package->sections, sectionName);
-    if (element == nullptr) {
-        return nullptr;
-    }
-    // An element is the first member of its section or option.
-    element = lookUp(context, &reinterpret_cast<uci_section *>(element)->options, optionName);
-    if (element == nullptr) {
-        return nullptr;
-    }
-    const auto *option = reinterpret_cast<uci_option *>(element);
-    return option->type == UCI_TYPE_STRING ? option->v.string : nullptr;
+const char *textOf(uci_context *context, uci_package *package, const char *section,
+                   const char *option) {
+    // An element is the first member of its section.
+    auto *found = reinterpret_cast<uci_section *>(lookUp(context, &package->sections, section));
+    return frruci::common::optionText(context, found, named(option));
 }
 
 int32_t setAndCommit(uci_context *context, uci_ptr &target) {
@@ -124,7 +117,7 @@ int32_t frr_uci_get(const char *package, const char *section, const char *option
     uci_package *loaded = nullptr;
     int32_t result = uci_load(context, named(package), &loaded);
     if (result == UCI_OK) {
-        const char *text = optionText(context, loaded, section, option);
+        const char *text = textOf(context, loaded, section, option);
         if (text == nullptr) {
             result = kNotFound;
         } else if (out != nullptr && out_size > 0) {
