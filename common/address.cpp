@@ -9,11 +9,14 @@
 #include <cstdio>
 #include <cstring>
 
+#include "common/status.h"
 #include "common/text.h"
 
 namespace {
 
-constexpr int32_t kRefused = -1;
+using frruci::common::kRefused;
+using frruci::common::kSuccess;
+
 constexpr int32_t kNotUsable = 1;
 
 constexpr std::size_t kOctets = 4;
@@ -76,7 +79,7 @@ int32_t IpStr2Int(const char *text, uint8_t *octets) {
         octets[index] = static_cast<uint8_t>(value);
         return true;
     });
-    return quad ? 0 : kRefused;
+    return quad ? kSuccess : kRefused;
 }
 
 // The last octet is free, on purpose: callers pass network and broadcast addresses too.
@@ -91,7 +94,7 @@ int32_t ipStrCheck(const char *text) {
     const bool usable = scanQuad(text, [](std::size_t index, uint32_t value) {
         return index != 0 || (value >= 1 && value <= kLastUnicast && value != kLoopback);
     });
-    return usable ? 0 : kNotUsable;
+    return usable ? kSuccess : kNotUsable;
 }
 
 int32_t intIpToStrIp(char *out_text, uint32_t address_value) {
@@ -103,7 +106,7 @@ int32_t intIpToStrIp(char *out_text, uint32_t address_value) {
     memcpy(octets, &address_value, sizeof octets);
     (void)snprintf(out_text, kAddressBytes, "%d.%d.%d.%d", octets[0], octets[1], octets[2],
                    octets[3]); // the longest address fits
-    return 0;
+    return kSuccess;
 }
 
 int32_t maskStr2len(const char *mask_text, uint32_t *out_length) {
@@ -112,11 +115,11 @@ int32_t maskStr2len(const char *mask_text, uint32_t *out_length) {
     }
     *out_length = 0;
     uint32_t mask = 0;
-    if (IpStr2Int(mask_text, reinterpret_cast<uint8_t *>(&mask)) != 0) {
+    if (IpStr2Int(mask_text, reinterpret_cast<uint8_t *>(&mask)) != kSuccess) {
         return kRefused;
     }
     *out_length = static_cast<uint32_t>(leadingBits(ntohl(mask)));
-    return 0;
+    return kSuccess;
 }
 
 int32_t mask_to_masklen(uint32_t mask_value) {

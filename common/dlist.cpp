@@ -7,11 +7,14 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "common/status.h"
+
 namespace {
 
-constexpr int32_t kSuccess = 0;
-constexpr int32_t kOutOfMemory = 1;
-constexpr int32_t kInvalidArgument = 3;
+using frruci::common::kInvalidArgument;
+using frruci::common::kSuccess;
+
+constexpr int32_t kNoNode = 1; // memory is exhausted: a code of the list alone
 constexpr int32_t kStopVisit = 2;
 
 // Hosts read these records directly.
@@ -136,7 +139,7 @@ int32_t dlistAddSort(dlist *list, void *data) {
     }
     dlist_node *node = makeNode(data);
     if (!require(node != nullptr, kAddSortNode)) {
-        return kOutOfMemory;
+        return kNoNode;
     }
     dlist_node *next = list->data_cmp != nullptr ? successor(list, list->data_cmp, data) : nullptr;
     linkBefore(list, next, node);
@@ -149,7 +152,7 @@ int32_t dlistInsertAfter(dlist *list, dlist_node *node, void *data) {
     }
     dlist_node *added = makeNode(data);
     if (!require(added != nullptr, kInsertAfterNode)) {
-        return kOutOfMemory;
+        return kNoNode;
     }
     linkBefore(list, node != nullptr ? node->next : list->head, added);
     return kSuccess;

@@ -11,13 +11,14 @@
 #include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/status.h"
 #include "vty/show_lines.h"
 
 namespace {
 
-constexpr int32_t kFailedExchange = -1;
-constexpr int32_t kBadArgument = 1;
-constexpr int32_t kShowFailed = 1;
+using frruci::common::kFailed;
+using frruci::common::kRefused;
+using frruci::common::kSuccess;
 
 constexpr uint8_t kNoSuchCommand = 2;
 constexpr uint8_t kAmbiguousCommand = 3;
@@ -98,7 +99,7 @@ private:
 
 int32_t frrVtyConnect(const char *path, int32_t *out_fd) {
     if (out_fd == nullptr || path == nullptr) {
-        return kBadArgument;
+        return kFailed;
     }
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -107,42 +108,42 @@ int32_t frrVtyConnect(const char *path, int32_t *out_fd) {
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const auto addressLength = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + length);
     if (connect(fd, reinterpret_cast<const sockaddr *>(&address), addressLength) < 0) {
-        return kFailedExchange;
+        return kRefused;
     }
     *out_fd = fd;
-    return 0;
+    return kSuccess;
 }
 
 int32_t frrVtyDisconnect(int32_t fd) {
     if (fd < 1) {
-        return kBadArgument;
+        return kFailed;
     }
     (void)close(fd); // nothing unsent is left in a session
-    return 0;
+    return kSuccess;
 }
 
 int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, int32_t reply_size) {
     (void)record_log_act("frr_util:%d: frrVtyRun: %s\n", __LINE__, cmd == nullptr ? "" : cmd);
     if (fd < 1 || cmd == nullptr || out_code == nullptr || reply == nullptr ||
         reply_size < kShortestAnswer) {
-        return kBadArgument;
+        return kFailed;
     }
     if (!sendCommand(fd, cmd)) {
-        return kFailedExchange;
+        return kRefused;
     }
     const auto size = static_cast<std::size_t>(reply_size);
     const ssize_t received = recv(fd, reply, size, 0);
     if (received < kShortestAnswer) {
-        return kFailedExchange;
+        return kRefused;
     }
     const std::size_t codePosition = strnlen(reply, size) + kMarkerNuls;
     if (size <= codePosition) {
-        return kFailedExchange;
+        return kRefused;
     }
     const auto code = static_cast<uint8_t>(reply[codePosition]);
     *out_code = code;
     if (isRefusal(code)) {
-        return kFailedExchange;
+        return kRefused;
     }
     if (received > kShortestAnswer) {
         (void)printf("%s", reply);
@@ -153,7 +154,7 @@ int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, i
 int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t show_kind,
                     uint32_t show_arg, int32_t mode) {
     if (fd < 1 || cmd == nullptr || out_code == nullptr || !sendCommand(fd, cmd)) {
-        return kShowFailed;
+        return kFailed;
     }
     LineSplitter lines(show_kind, show_arg, mode);
     MarkerScan marker;
@@ -171,9 +172,9 @@ int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t sho
         if (behind < count) {
             code = chunk[behind];
         } else if (recv(fd, &code, 1, 0) == 0) {
-            return kShowFailed;
+            return kFailed;
         }
         *out_code = static_cast<uint8_t>(code);
-        return isRefusal(*out_code) ? kShowFailed : *out_code;
+        return isRefusal(*out_code) ? kFailed : *out_code;
     }
 }

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "common/front_end.h"
+#include "common/status.h"
 #include "common/text.h"
 #include "vty/frr_util.h"
 
@@ -16,9 +17,10 @@ dlist *gPreCmdEntryList = nullptr;
 namespace {
 
 using frruci::common::format;
+using frruci::common::kFailed;
+using frruci::common::kOutOfMemory;
+using frruci::common::kSuccess;
 
-constexpr int32_t kFailed = 1;
-constexpr int32_t kOutOfMemory = 4;
 constexpr int32_t kNoParameter = -1;
 
 constexpr std::size_t kFieldBytes = 32;
@@ -134,7 +136,7 @@ int32_t expand(const char *entryText, dlist **holder, Expansion expansion) {
             break;
         }
     }
-    return 0;
+    return kSuccess;
 }
 
 /// One exchange after another on a session, into the caller's buffer.
@@ -155,7 +157,7 @@ int32_t runLines(const Exchange &exchange, char *commands, const char *cmd) {
     for (const char *line = strtok_r(commands, "\n", &rest); line != nullptr;
          line = strtok_r(nullptr, "\n", &rest)) {
         const int32_t result = exchange.run(line);
-        if (result != 0) {
+        if (result != kSuccess) {
             return result;
         }
     }
@@ -176,7 +178,7 @@ int32_t runInView(const char *viewName, const char *socketPath, const char *cmd,
                   int32_t replySize, char *reply) {
     int32_t fd = 0;
     if (viewName == nullptr || socketPath == nullptr || cmd == nullptr || reply == nullptr ||
-        frrVtyConnect(socketPath, &fd) != 0) {
+        frrVtyConnect(socketPath, &fd) != kSuccess) {
         return kFailed;
     }
     logRun(viewName, cmd, holder);
@@ -185,14 +187,14 @@ int32_t runInView(const char *viewName, const char *socketPath, const char *cmd,
     (void)record_log_act("frr_util:%d: frrVtyAutoRun precmd %s\n", __LINE__, commands);
     // From here on a failure leaves the descriptor open, on purpose: only a run that succeeded
     // gives its session up.
-    if (expanded != 0) {
+    if (expanded != kSuccess) {
         return kFailed;
     }
     const int32_t result = runLines({fd, reply, replySize}, commands, cmd);
-    if (result != 0) {
+    if (result != kSuccess) {
         return result;
     }
-    return frrVtyDisconnect(fd) == 0 ? 0 : kFailed;
+    return frrVtyDisconnect(fd) == kSuccess ? kSuccess : kFailed;
 }
 
 } // namespace
@@ -207,7 +209,7 @@ int32_t frrVtyViewReg(const char *name, const char *entry_text) {
         return kOutOfMemory;
     }
     (void)dlistAppend(gPreCmdEntryList, view); // registering before frrVtyInit is not an error
-    return 0;
+    return kSuccess;
 }
 
 int32_t frrVtyViewUnreg(const char *name) {
@@ -220,7 +222,7 @@ int32_t frrVtyViewUnreg(const char *name) {
     }
     free(static_cast<FrrVtyView *>(node->data)->entry_text);
     (void)dlistDelete(gPreCmdEntryList, node); // neither is null
-    return 0;
+    return kSuccess;
 }
 
 int32_t frrVtyParamInit(dlist **holder) {
@@ -228,7 +230,7 @@ int32_t frrVtyParamInit(dlist **holder) {
         return kFailed;
     }
     *holder = dlistCreate(free, nullptr);
-    return *holder != nullptr ? 0 : kOutOfMemory;
+    return *holder != nullptr ? kSuccess : kOutOfMemory;
 }
 
 int32_t frrVtyParamFini(dlist **holder) {
@@ -239,7 +241,7 @@ int32_t frrVtyParamFini(dlist **holder) {
         dlistDestroy(*holder);
         *holder = nullptr;
     }
-    return 0;
+    return kSuccess;
 }
 
 int32_t frrVtyParamStrSet(dlist **holder, const char *key, const char *value) {
@@ -249,7 +251,7 @@ int32_t frrVtyParamStrSet(dlist **holder, const char *key, const char *value) {
     }
     format(parameter->value, "%s", value);
     // Unlike below, a record that cannot be appended stays in memory: intended, and harmless.
-    if (dlistAppend(*holder, parameter) != 0) {
+    if (dlistAppend(*holder, parameter) != kSuccess) {
         return kNoParameter;
     }
     return static_cast<int32_t>(strlen(value));
@@ -261,7 +263,7 @@ int32_t frrVtyParamIntSet(dlist **holder, const char *key, int32_t number) {
         return kNoParameter;
     }
     format(parameter->value, "%d", number);
-    if (dlistAppend(*holder, parameter) != 0) {
+    if (dlistAppend(*holder, parameter) != kSuccess) {
         free(parameter);
         return kNoParameter;
     }
@@ -279,7 +281,7 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out) {
     const char *value = static_cast<const FrrVtyParam *>(node->data)->value;
     const std::size_t length = strlen(value);
     memcpy(out, value, length);
-    if (dlistDelete(*holder, node) != 0) {
+    if (dlistDelete(*holder, node) != kSuccess) {
         return kNoParameter;
     }
     (void)record_log_act("frr_util:%d: argkey %s, argval %s\n", __LINE__, key, out);
