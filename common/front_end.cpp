@@ -9,8 +9,10 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include "common/outside.h"
 #include "common/shell.h"
 #include "common/text.h"
+#include "frruci/observe.h"
 
 namespace {
 
@@ -64,7 +66,7 @@ void dropNewline(char *line) {
 /// Reads the first line of an answer file, its newline removed; false when it cannot be opened.
 template <std::size_t N> bool readAnswer(const char *path, char (&line)[N]) {
     line[0] = '\0';
-    FILE *file = fopen(path, "r");
+    FILE *file = frruci::outside::openAnswer(path);
     if (file == nullptr) {
         return false;
     }
@@ -108,7 +110,8 @@ bool isWanAddress(const char *ipText) {
 }
 
 bool is_local_ip_addr(const char *ipText) {
-    FILE *addresses = popen("ifconfig | awk '/inet/{print $2}' | awk -F: '{print $2}'", "r");
+    FILE *addresses =
+        frruci::outside::openListing("ifconfig | awk '/inet/{print $2}' | awk -F: '{print $2}'");
     if (addresses == nullptr) {
         return false;
     }
@@ -118,7 +121,7 @@ bool is_local_ip_addr(const char *ipText) {
         dropNewline(line);
         found = line[0] != '\0' && frruci::common::equals(line, ipText);
     }
-    (void)pclose(addresses); // the list's own status says nothing
+    frruci::outside::closeListing(addresses);
     return found;
 }
 
@@ -135,7 +138,21 @@ bool isInLanVlan(const char *ipText) {
     return true;
 }
 
+int32_t writePipe(const char *text, const char *path) {
+    const int pipe = path == nullptr ? -1 : open(path, O_WRONLY | O_CLOEXEC);
+    if (pipe < 0) {
+        return pipe;
+    }
+    const PipeSignalHeld held;
+    if (write(pipe, text, strlen(text)) < 0) {
+        // The reader went away: there is nobody left to tell.
+    }
+    return close(pipe);
+}
+
 } // namespace
+
+namespace outside = frruci::outside;
 
 int32_t record_log_act(const char *format, ...) {
     char message[512];
@@ -143,7 +160,7 @@ int32_t record_log_act(const char *format, ...) {
     va_start(arguments, format);
     const int formatted = vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
-    if (formatted < 0) {
+    if (formatted < 0 || outside::isRehearsal()) {
         return -1;
     }
     const int file = open(kLogPath, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
@@ -159,15 +176,8 @@ int32_t write_pipe_to_lua(const char *text, const char *path) {
     if (text == nullptr) {
         text = "";
     }
-    const int pipe = path == nullptr ? -1 : open(path, O_WRONLY | O_CLOEXEC);
-    if (pipe < 0) {
-        return pipe;
-    }
-    const PipeSignalHeld held;
-    if (write(pipe, text, strlen(text)) < 0) {
-        // The reader went away: there is nobody left to tell.
-    }
-    return close(pipe);
+    return outside::happens(FRRUCI_REPLY, path, text) ? outside::happened(writePipe(text, path))
+                                                      : outside::rehearsed();
 }
 
 int32_t check_safe_string(const char *text) {

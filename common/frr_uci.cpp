@@ -8,12 +8,17 @@
 #include <uci.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/text.h"
 #include "common/uci_option.h"
+#include "frruci/observe.h"
 
 namespace {
 
 using frruci::common::equals;
+using frruci::outside::happened;
+using frruci::outside::happens;
+using frruci::outside::rehearsed;
 
 constexpr int32_t kOutOfMemory = 1;
 constexpr int32_t kInvalid = 2;
@@ -100,7 +105,9 @@ int32_t frr_uci_set(const char *package, const char *section, const char *option
     target.section = section;
     target.option = option;
     target.value = value;
-    const int32_t result = setAndCommit(context, target);
+    const int32_t result = happens(FRRUCI_STORE, target.package, value, -1, 0, section, option)
+                               ? happened(setAndCommit(context, target))
+                               : rehearsed();
     uci_free_context(context);
     return result;
 }
@@ -133,16 +140,19 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     if (type == nullptr) {
         return kInvalid;
     }
+    if (!happens(FRRUCI_STORE, named(package), type, -1, 0, name)) {
+        return rehearsed();
+    }
     uci_context *context = uci_alloc_context();
     if (context == nullptr) {
-        return kOutOfMemory;
+        return happened(kOutOfMemory);
     }
     uci_package *loaded = nullptr;
     (void)uci_load(context, named(package), &loaded); // every reason counts as not found below
     if (loaded == nullptr) {
         record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", kLoadFailedLine, 1, named(package));
         uci_free_context(context);
-        return kNotFound;
+        return happened(kNotFound);
     }
     uci_section *section = nullptr;
     const int32_t result = uci_add_section(context, loaded, type, &section);
@@ -161,7 +171,7 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
         (void)uci_unload(context, loaded);
     }
     uci_free_context(context);
-    return result;
+    return happened(result);
 }
 
 void frr_uci_foreach_section(const char *package, const char *type,

@@ -3,14 +3,14 @@
 #ifndef FRRUCI_COMMON_SHELL_H
 #define FRRUCI_COMMON_SHELL_H
 
-#include <cstdlib>
+#include "common/outside.h"
 
 namespace frruci::common {
 
 /// Runs a command through the shell. Its status is not looked at: what went wrong shows in the
 /// answer file or in the next exchange with the daemon.
 inline void runShell(const char *command) {
-    if (system(command) != 0) {
+    if (outside::run(command) != 0) {
         return;
     }
 }

@@ -3,10 +3,9 @@
 
 #include "nhrp/sw_nhrp.h"
 
-#include <cstdlib>
-
 #include "common/front_end.h"
 #include "common/frr_uci.h"
+#include "common/outside.h"
 #include "common/text.h"
 #include "nhrp/sockets.h"
 #include "nhrp/vty_nhrp.h"
@@ -55,7 +54,7 @@ int32_t nhrp_enable(void) {
     }
     (void)record_log_act("sw_nhrp:%d: nhrp is starting\n", __LINE__);
     // "nhrp", where a restart runs "nhrpd". Fixed by the interface.
-    return system("nhrp -d");
+    return frruci::outside::run("nhrp -d");
 }
 
 int32_t nhrp_set_interface(const char *ifname, int32_t flag) {

@@ -6,9 +6,9 @@
 
 #include <cstddef>
 #include <cstring>
-#include <sys/socket.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/text.h"
 #include "nhrp/sockets.h"
 #include "vty/session.h"
@@ -62,7 +62,7 @@ void keepNonBlanks(const char *chunk, std::size_t count, char (&kept)[kChunkByte
 ssize_t passChunk(int32_t fd) {
     char chunk[kChunkBytes] = {};
     char kept[kChunkBytes + 1] = {};
-    const ssize_t received = recv(fd, chunk, sizeof chunk, 0);
+    const ssize_t received = frruci::outside::receive(fd, chunk, sizeof chunk);
     keepNonBlanks(chunk, received > 0 ? static_cast<std::size_t>(received) : 0, kept);
     // Up to the first NUL, so the end marker and the completion code stay out of the pipe. An empty
     // chunk is written too. Fixed by the interface.
@@ -96,8 +96,7 @@ uint32_t doVtyZebraConfigInterface(uint16_t, const char *ifname, const char *com
 }
 
 uint32_t frrVtyNhrpPrint(int32_t fd, const char *command) {
-    // A daemon that went away must not end the host by SIGPIPE.
-    if (fd < 1 || command == nullptr || send(fd, command, strlen(command) + 1, MSG_NOSIGNAL) < 0) {
+    if (fd < 1 || command == nullptr || frruci::outside::sendCommand(fd, command) < 0) {
         return kFailed;
     }
     streamAnswer(fd);

@@ -4,12 +4,11 @@
 
 #include "ospf/frr_ospf_process.h"
 
-#include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/shell.h"
 #include "common/text.h"
 #include "ospf/sw_ospf.h"
@@ -93,7 +92,7 @@ int32_t process_exist(const char *name, int32_t kill_flag) {
     }
     char command[128];
     frruci::common::format(command, "ps -w | grep -v grep | grep %s", name);
-    FILE *listing = popen(command, "r");
+    FILE *listing = frruci::outside::openListing(command);
     if (listing == nullptr) {
         return 0;
     }
@@ -107,7 +106,7 @@ int32_t process_exist(const char *name, int32_t kill_flag) {
             (void)kill_process(line);
         }
     }
-    (void)pclose(listing); // grep's status only repeats the count
+    frruci::outside::closeListing(listing);
     return count;
 }
 
@@ -122,7 +121,7 @@ int32_t kill_process(char *ps_line) {
     const int32_t processId = frruci::common::number(field);
     (void)record_log_act("frr_ospf:%d: pid = %d\n", kProcessIdLine, processId);
     if (processId >= 1) {
-        (void)kill(processId, SIGKILL); // a process that is gone already is just as well
+        frruci::outside::killProcess(processId);
     }
     return 0;
 }
@@ -133,7 +132,7 @@ int32_t zebra_enable(void) {
         return 0;
     }
     frruci::common::runShell("zebra -d ");
-    (void)sleep(kStartPauseSeconds);
+    frruci::outside::pauseFor(kStartPauseSeconds);
     (void)record_log_act("frr_ospf:%d: zebra_enable\n", kZebraStartedLine);
     return 0;
 }
@@ -148,9 +147,9 @@ int32_t ospf_enable(const char *router_id_text) {
     (void)record_log_act("frr_ospf:%d: ospf_enable router_id %s\n", kOspfStartLine,
                          router_id_text == nullptr ? "" : router_id_text);
     (void)swOspfEnableProcess(kWanProcess, kWanSelector); // the exchange below tells
-    (void)sleep(kStartPauseSeconds);
+    frruci::outside::pauseFor(kStartPauseSeconds);
     const int32_t result = setRouterId(router_id_text);
-    (void)sleep(kStartPauseSeconds);
+    frruci::outside::pauseFor(kStartPauseSeconds);
     return result;
 }
 

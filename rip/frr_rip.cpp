@@ -6,9 +6,9 @@
 
 #include <cstdio>
 #include <string_view>
-#include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/shell.h"
 #include "common/text.h"
 #include "ospf/frr_ospf_process.h"
@@ -40,13 +40,13 @@ void replyOk() {
 enum class Rule { kUnknown, kAbsent, kPresent };
 
 Rule firewallRule() {
-    FILE *listing = popen("iptables -t filter -nvL INPUT | grep dpt:520", "r");
+    FILE *listing = frruci::outside::openListing("iptables -t filter -nvL INPUT | grep dpt:520");
     if (listing == nullptr) {
         return Rule::kUnknown;
     }
     char line[512];
     const bool found = fgets(line, sizeof line, listing) != nullptr;
-    (void)pclose(listing); // grep's status only repeats the answer
+    frruci::outside::closeListing(listing);
     return found ? Rule::kPresent : Rule::kAbsent;
 }
 
@@ -186,9 +186,9 @@ void rip_enable() {
         (void)record_log_act("frr_rip:%d: ripd process exist\n", 40);
         return;
     }
-    sleep(kSettleSeconds);
+    frruci::outside::pauseFor(kSettleSeconds);
     runShell("ripd -d ");
-    sleep(kSettleSeconds);
+    frruci::outside::pauseFor(kSettleSeconds);
     (void)record_log_act("frr_rip:%d: rip_enable\n", 48);
     (void)swRipRouterRipSet(kInstance, 1); // rip_enable has no result
 }
@@ -216,7 +216,7 @@ void process_rip_network(int32_t argc, char **argv) {
                          argv[2]);
     setNetwork(argv, kVnete, 212, "vnete");
     setNetwork(argv, kDnete, 219, "dnete");
-    sleep(kSettleSeconds);
+    frruci::outside::pauseFor(kSettleSeconds);
     replyOk();
 }
 

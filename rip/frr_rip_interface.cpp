@@ -5,9 +5,9 @@
 #include "rip/frr_rip.h"
 
 #include <cstring>
-#include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/text.h"
 #include "rip/frr_rip_words.h"
 #include "rip/rip_internal.h"
@@ -21,7 +21,7 @@ using frruci::common::number;
 
 constexpr int32_t kNoVlan = -1;
 
-constexpr useconds_t kSettleMicroseconds = 100000;
+constexpr unsigned kSettleMicroseconds = 100000;
 
 constexpr int32_t kNoneWords = 2;
 constexpr int32_t kSecretWords = 4;
@@ -143,6 +143,6 @@ int32_t process_rip_interface_authen(int32_t argc, char **argv) {
 
 int32_t process_rip_interface_show(int32_t /*argc*/, char ** /*argv*/) {
     const uint32_t shown = swRipShowIpRipStatus();
-    usleep(kSettleMicroseconds);
+    frruci::outside::pauseFor(0, kSettleMicroseconds);
     return result(shown);
 }

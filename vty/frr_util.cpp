@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
 #include "common/status.h"
 #include "vty/show_lines.h"
 
@@ -33,8 +34,7 @@ bool isRefusal(uint8_t code) {
 }
 
 bool sendCommand(int32_t fd, const char *cmd) {
-    // A daemon that went away must not end the host by SIGPIPE.
-    return send(fd, cmd, strlen(cmd) + 1, MSG_NOSIGNAL) >= 0;
+    return frruci::outside::sendCommand(fd, cmd) >= 0;
 }
 
 /// Splits received bytes into lines.
@@ -105,9 +105,9 @@ int32_t frrVtyConnect(const char *path, int32_t *out_fd) {
     address.sun_family = AF_UNIX;
     const std::size_t length = strnlen(path, sizeof address.sun_path - 1);
     memcpy(address.sun_path, path, length);
-    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    const auto addressLength = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + length);
-    if (connect(fd, reinterpret_cast<const sockaddr *>(&address), addressLength) < 0) {
+    const int fd = frruci::outside::openSession(
+        address, static_cast<unsigned>(offsetof(sockaddr_un, sun_path) + length));
+    if (fd < 0) {
         return kRefused;
     }
     *out_fd = fd;
@@ -132,7 +132,7 @@ int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, i
         return kRefused;
     }
     const auto size = static_cast<std::size_t>(reply_size);
-    const ssize_t received = recv(fd, reply, size, 0);
+    const ssize_t received = frruci::outside::receive(fd, reply, size);
     if (received < kShortestAnswer) {
         return kRefused;
     }
@@ -161,7 +161,7 @@ int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t sho
     // Goes on past an end of stream, on purpose: the daemon always ends its output with the marker.
     for (;;) {
         char chunk[kChunkBytes] = {};
-        const ssize_t received = recv(fd, chunk, sizeof chunk, 0);
+        const ssize_t received = frruci::outside::receive(fd, chunk, sizeof chunk);
         const std::size_t count = received > 0 ? static_cast<std::size_t>(received) : 0;
         lines.take(chunk, count);
         const std::size_t behind = marker.find(chunk, count);
@@ -171,7 +171,7 @@ int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t sho
         char code = '\0';
         if (behind < count) {
             code = chunk[behind];
-        } else if (recv(fd, &code, 1, 0) == 0) {
+        } else if (frruci::outside::receive(fd, &code, 1) == 0) {
             return kFailed;
         }
         *out_code = static_cast<uint8_t>(code);

@@ -2,8 +2,9 @@
 // What the host runs once before any handler: run-time folders and the standard views.
 
 #include <cstdio>
-#include <unistd.h>
+#include <cstdlib>
 
+#include "common/outside.h"
 #include "common/shell.h"
 #include "vty/views.h"
 
@@ -39,7 +40,7 @@ constexpr StandardView kStandardViews[] = {
 
 int32_t frr_process_init(void) {
     frruci::common::runShell(kMakeFolder);
-    (void)sleep(kFolderPauseSeconds);
+    frruci::outside::pauseFor(kFolderPauseSeconds);
     for (const char *command : kOpenPermissions) {
         frruci::common::runShell(command);
     }

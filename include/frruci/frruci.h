@@ -42,4 +42,6 @@
 #include "vty/frr_util.h"
 #include "vty/views.h"
 
+#include "observe.h"
+
 #endif

@@ -102,6 +102,20 @@ static void callRip(void) {
     rip_cfg_recovery();
 }
 
+static void countEvent(FrruciEvent *event, void *context) {
+    CHECK(event->size == sizeof *event && event->done == 0);
+    ++*(int *)context;
+}
+
+static void callObserver(void) {
+    int seen = 0;
+    const FrruciObserver observer = {sizeof observer, 1, countEvent, &seen};
+    CHECK(frruciObserve(&observer) == 0);
+    CHECK(zebra_enable() == 0);
+    CHECK(frruciObserve(NULL) == 0);
+    CHECK(seen == 3); /* a listing, the start, a pause */
+}
+
 static void callNhrp(void) {
     CHECK(doVtyNhrpConfig(0, "nhrp nflog-group 1") == 1);
     CHECK(nhrp_set_interface("tun0", 0) != 0);
@@ -115,6 +129,7 @@ _Static_assert(sizeof(OspfModelBlock) == 6080 && sizeof(OspfProcessCfg) == 104 &
                    sizeof(OspfInterfaceEntry) == 68,
                "OSPF model");
 _Static_assert(sizeof(RipVrfNode) == 80 && sizeof(RipInterfaceNode) == 52, "RIP model");
+_Static_assert(sizeof(FrruciEvent) == 72 && sizeof(FrruciObserver) == 24, "observer");
 
 int main(void) {
     callFrontEnd();
@@ -126,6 +141,7 @@ int main(void) {
     callOspf();
     callRip();
     callNhrp();
+    callObserver();
     printf(failures == 0 ? "all calls answered as expected\n" : "%d calls did not\n", failures);
     return failures == 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: Apache-2.0
+// The observer, and the leaving points that it sees.
+
+#include "common/outside.h"
+
+#include <csignal>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include "frruci/observe.h"
+
+namespace {
+
+constexpr uint32_t kFirstObserverBytes = 24;
+constexpr uint32_t kEndingBytes = 4; // three NULs and the completion code
+constexpr uint64_t kMicroseconds = 1000000;
+
+// Hosts are built with these layouts; fields are only added behind them.
+static_assert(sizeof(FrruciObserver) == kFirstObserverBytes && sizeof(FrruciEvent) == 72 &&
+              offsetof(FrruciEvent, number) == 48 && offsetof(FrruciEvent, code) == 64);
+
+FrruciObserver observer = {};
+FrruciEvent current = {};
+
+/// Bytes received of what ends the answer to the command sent last.
+uint32_t ending = 0;
+
+bool isObserved() {
+    return observer.see != nullptr;
+}
+
+/// Once in the router's build: inlined, it would cost more than all the calls of it.
+[[gnu::noinline]] void describe(int kind, const char *place, const char *text, int fd) {
+    current = {};
+    current.size = sizeof current;
+    current.kind = kind;
+    current.fd = fd;
+    current.place = place;
+    current.text = text;
+}
+
+[[gnu::noinline]] void show() {
+    observer.see(&current, observer.context);
+}
+
+/// Shows a piece of an answer: its text, and the completion code when this piece holds it.
+void showAnswer(int fd, const char *bytes, ssize_t received) {
+    if (!isObserved()) {
+        return;
+    }
+    describe(FRRUCI_ANSWER, nullptr, bytes, fd);
+    current.done = 1;
+    current.result = static_cast<int32_t>(received);
+    current.code = -1;
+    if (received > 0) {
+        const auto count = static_cast<uint32_t>(received);
+        current.text_size = static_cast<uint32_t>(ending != 0 ? 0 : strnlen(bytes, count));
+        ending += count - current.text_size;
+        if (ending >= kEndingBytes) {
+            current.code = static_cast<uint8_t>(bytes[count - 1 - (ending - kEndingBytes)]);
+        }
+    }
+    show();
+}
+
+/// What the host gave to read from; null when it gave nothing.
+FILE *openGiven() {
+    return current.fd < 0 ? nullptr : fdopen(current.fd, "r");
+}
+
+} // namespace
+
+int32_t frruciObserve(const FrruciObserver *set) {
+    static constexpr FrruciObserver kNobody = {};
+    if (set != nullptr && (set->size < kFirstObserverBytes || set->see == nullptr)) {
+        return 1;
+    }
+    observer = set == nullptr ? kNobody : *set;
+    return 0;
+}
+
+namespace frruci::outside {
+
+bool happens(int kind, const char *place, const char *text, int fd, uint64_t number,
+             const char *section, const char *option) {
+    if (!isObserved()) {
+        return true;
+    }
+    describe(kind, place, text, fd);
+    current.section = section;
+    current.option = option;
+    current.number = number;
+    show();
+    return !isRehearsal();
+}
+
+int32_t happened(int32_t result) {
+    if (isObserved()) {
+        current.done = 1;
+        current.result = result;
+        show();
+    }
+    return result;
+}
+
+int32_t rehearsed() {
+    return current.result;
+}
+
+bool isRehearsal() {
+    return observer.rehearsal != 0;
+}
+
+int openSession(const sockaddr_un &address, unsigned length) {
+    if (!happens(FRRUCI_CONNECT, address.sun_path, nullptr)) {
+        return current.fd;
+    }
+    const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    // Fixed by the interface: a descriptor that could not be connected is not closed.
+    const int result = connect(fd, reinterpret_cast<const sockaddr *>(&address), length);
+    current.fd = fd;
+    return happened(result) < 0 ? -1 : fd;
+}
+
+ssize_t sendCommand(int fd, const char *command) {
+    ending = 0;
+    return happens(FRRUCI_COMMAND, nullptr, command, fd)
+               ? send(fd, command, strlen(command) + 1, MSG_NOSIGNAL)
+               : rehearsed();
+}
+
+ssize_t receive(int fd, char *bytes, std::size_t room) {
+    const ssize_t received = recv(fd, bytes, room, 0);
+    showAnswer(fd, bytes, received);
+    return received;
+}
+
+int run(const char *command) {
+    return happens(FRRUCI_SHELL, nullptr, command) ? happened(system(command)) : rehearsed();
+}
+
+FILE *openListing(const char *command) {
+    return happens(FRRUCI_LISTING, nullptr, command) ? popen(command, "r") : openGiven();
+}
+
+void closeListing(FILE *listing) {
+    // What a listing's command returns says nothing that its lines do not.
+    (void)(isRehearsal() ? fclose(listing) : pclose(listing));
+}
+
+FILE *openAnswer(const char *path) {
+    return happens(FRRUCI_FILE, path, nullptr) ? fopen(path, "r") : openGiven();
+}
+
+void pauseFor(unsigned seconds, unsigned microseconds) {
+    if (!happens(FRRUCI_PAUSE, nullptr, nullptr, -1, seconds * kMicroseconds + microseconds)) {
+        return;
+    }
+    if (seconds != 0) {
+        (void)sleep(seconds);
+    } else {
+        (void)usleep(microseconds);
+    }
+    (void)happened(0);
+}
+
+void killProcess(int32_t processId) {
+    if (happens(FRRUCI_KILL, nullptr, nullptr, -1, static_cast<uint64_t>(processId))) {
+        (void)happened(kill(processId, SIGKILL)); // one that is gone already is just as well
+    }
+}
+
+} // namespace frruci::outside
