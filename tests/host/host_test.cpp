@@ -34,7 +34,7 @@ std::string readFile(const char *path) {
 
 Outcome frruci(const std::string &words, const std::string &environment = "") {
     const std::string command =
-        environment + " " HOST_PROGRAM " " + words + " >/tmp/out 2>/tmp/err";
+        environment + " '" HOST_PROGRAM "' " + words + " >/tmp/out 2>/tmp/err";
     const int status = system(command.c_str());
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile("/tmp/out"),
             readFile("/tmp/err")};

@@ -338,7 +338,7 @@ TEST_F(Nhrp, TheHostProgramPrintsTheCache) {
     EXPECT_EQ("{\"attr\":{\"entriesCount\":1},\"table\":[{\"interface\":\"tun0\",\"type\":"
               "\"static\",\"protocol\":\"172.16.0.9\",\"nbma\":\"10.1.2.9\",\"claimed_nbma\":"
               "\"-\",\"used\":false,\"timeout\":false,\"auth\":false,\"identity\":\"\"}]}\n",
-              router_.output("FRRUCI_LIBRARY=" FRRUCI_LIBRARY " " FRRUCI_HOST " show nhrp-cache"));
+              router_.output("FRRUCI_LIBRARY='" FRRUCI_LIBRARY "' '" FRRUCI_HOST "' show nhrp-cache"));
 }
 
 TEST_F(Nhrp, AnythingButTheCacheIsAnEmptyLine) {
