@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Address, mask and number texts. Every function has an acceptance rule of its own; handlers count
- * on the differences to refuse input.
+/* Address, mask and number texts. Every function has an acceptance rule of its own, and they
+ * differ: each handler refuses what its own function refuses.
  *
  * A dotted quad is four numbers of at most 255, leading zeros allowed, with exactly three dots
  * between them and nothing else; two dots in a row and a dot at the end are refused, a dot at the

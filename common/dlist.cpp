@@ -27,7 +27,7 @@ static_assert(sizeof(dlist) == 40 && offsetof(dlist, head) == 0 && offsetof(dlis
 /// What a function requires of its arguments, and the number of its report.
 struct Requirement {
     const char *function;
-    int number; // fixed: support tools match on it
+    int number; // fixed by the interface
     const char *condition;
 };
 
@@ -66,7 +66,7 @@ dlist_node *makeNode(void *data) {
     return node;
 }
 
-/// Links node in front of next, or at the tail when next is null.
+/// Links node before next, or at the tail when next is null.
 void linkBefore(dlist *list, dlist_node *next, dlist_node *node) {
     dlist_node *prev = next != nullptr ? next->prev : list->tail;
     node->prev = prev;
@@ -219,7 +219,7 @@ int32_t dlistVisit(dlist *list, dlist_visit_fn visit, void *ctx) {
     return result;
 }
 
-// Releases nothing, on purpose: holders of nodes and data outlive the list's use.
+// Fixed by the interface: releases nothing.
 void dlistDestroy(dlist *list) {
     if (list == nullptr) {
         abort();

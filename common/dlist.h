@@ -6,9 +6,9 @@
  * then gets the data of every node that dlistDelete takes out. Nothing here locks; whoever shares a
  * list guards it.
  *
- * Misuse is answered by a status code and one line on standard output, the function's name and a
- * fixed number in front ("dlistAppend:349 thiz != NULL failed.", ended by CR LF). Only dlistDestroy
- * does not put up with a null list. */
+ * Misuse is answered by a status code and one line on standard output, which begins with the
+ * function's name and a fixed number ("dlistAppend:349 thiz != NULL failed.", ended by CR LF). Only
+ * dlistDestroy does not put up with a null list. */
 #ifndef FRRUCI_COMMON_DLIST_H
 #define FRRUCI_COMMON_DLIST_H
 
@@ -64,12 +64,12 @@ dlist_node *dlistHead(dlist *list);
 /* Result: the last node; null when the list is empty or null. */
 dlist_node *dlistTail(dlist *list);
 
-/* Adds data before the first node whose data it must precede by the list's data_cmp, so behind all
+/* Adds data before the first node whose data it must precede by the list's data_cmp, so after all
  * equal ones; at the tail when there is no such node or the list has no data_cmp.
  * Result: 0 added; 1 memory is exhausted; 3 list or data is null. */
 int32_t dlistAddSort(dlist *list, void *data);
 
-/* Adds data behind node, which must be the list's own; at the head when node is null.
+/* Adds data after node, which must be the list's own; at the head when node is null.
  * Result: 0 added; 1 memory is exhausted; 3 list or data is null. */
 int32_t dlistInsertAfter(dlist *list, dlist_node *node, void *data);
 
@@ -77,7 +77,7 @@ int32_t dlistInsertAfter(dlist *list, dlist_node *node, void *data);
  * Result: 0 added; 1 memory is exhausted; 3 list or data is null. */
 int32_t dlistPrepend(dlist *list, void *data);
 
-/* Adds data at the tail, as dlistInsertAfter behind the tail, under whose name it reports all but a
+/* Adds data at the tail, as dlistInsertAfter after the tail, under whose name it reports all but a
  * null list.
  * Result: 0 added; 1 memory is exhausted; 3 list or data is null. */
 int32_t dlistAppend(dlist *list, void *data);
@@ -100,8 +100,7 @@ uint64_t dlistLength(dlist *list);
  * Result: that of the last call; 0 when there was none; 3 list or visit is null. */
 int32_t dlistVisit(dlist *list, dlist_visit_fn visit, void *ctx);
 
-/* Releases nothing: nodes, data and list record stay as they are. Callers count on it, as holders
- * of nodes outlive the list's use. A null list ends the process. */
+/* Releases nothing: nodes, data and list record stay as they are. A null list ends the process. */
 void dlistDestroy(dlist *list);
 
 FRRUCI_C_END

@@ -24,7 +24,7 @@ constexpr const char *kVidAnswer = "/tmp/cli_vid";
 constexpr const char *kAddressAnswer = "/tmp/cli_ipaddr";
 constexpr const char *kRefusedCharacters = "|\"$&'();<>[\\`";
 
-// Line numbers printed in messages; fixed, as support tools match on them.
+// Line numbers in messages. Fixed by the interface.
 constexpr int kWanQuestionLine = 69;
 constexpr int kLanQuestionLine = 103;
 
@@ -188,7 +188,7 @@ int32_t sw_is_lan_vid(int32_t vid) {
     return askVlan("lan", "is_vlan_id", vid, 0);
 }
 
-// Without an answer a VLAN counts as WAN, on purpose: callers then address eth1.<vid>.
+// Fixed by the interface: without an answer a VLAN counts as WAN.
 int32_t sw_is_wan_vid(int32_t vid) {
     return askVlan("interface_wan", "is_wan_vlan_id", vid, 1);
 }

@@ -24,7 +24,7 @@ int32_t record_log_act(const char *format, ...) __attribute__((format(printf, 1,
 int32_t write_pipe_to_lua(const char *text, const char *path);
 
 /* Tells whether text may stand inside a shell command. Refused characters: | " $ & ' ( ) ; < > [ \
- * and the backquote. Everything else is accepted, blanks and newlines included.
+ * and the backquote. Everything else is accepted, spaces and newlines included.
  * Result: 1 safe, also for null and for the empty text; 0 not. */
 int32_t check_safe_string(const char *text);
 

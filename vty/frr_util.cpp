@@ -46,7 +46,7 @@ public:
     void take(const char *bytes, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) {
             if (position_ > kLastLinePosition) {
-                // The position stays, on purpose: no later chunk of this answer yields a line.
+                // Fixed by the interface: the position stays, so no later chunk yields a line.
                 (void)record_log_act("frr_util:%d: got something wrong!!!!!!!!!!!!!!!!!!!!!!!!\n",
                                      __LINE__);
                 return;
@@ -80,7 +80,7 @@ private:
 /// Finds the end marker across chunks.
 class MarkerScan {
 public:
-    /// The position behind the marker, or 0 while it has not been seen.
+    /// The position after the marker, or 0 while it has not been seen.
     std::size_t find(const char *bytes, std::size_t count) {
         for (std::size_t i = 0; i < count; ++i) {
             nuls_ = bytes[i] == '\0' ? nuls_ + 1 : 0;
@@ -158,19 +158,19 @@ int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t sho
     }
     LineSplitter lines(show_kind, show_arg, mode);
     MarkerScan marker;
-    // Goes on past an end of stream, on purpose: the daemon always ends its output with the marker.
+    // Fixed by the interface: reads on past an end of stream until the marker comes.
     for (;;) {
         char chunk[kChunkBytes] = {};
         const ssize_t received = frruci::outside::receive(fd, chunk, sizeof chunk);
         const std::size_t count = received > 0 ? static_cast<std::size_t>(received) : 0;
         lines.take(chunk, count);
-        const std::size_t behind = marker.find(chunk, count);
-        if (behind == 0) {
+        const std::size_t after = marker.find(chunk, count);
+        if (after == 0) {
             continue;
         }
         char code = '\0';
-        if (behind < count) {
-            code = chunk[behind];
+        if (after < count) {
+            code = chunk[after];
         } else if (frruci::outside::receive(fd, &code, 1) == 0) {
             return kFailed;
         }

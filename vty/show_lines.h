@@ -7,7 +7,7 @@
 
 namespace frruci::vty {
 
-/// Text of a line, CR LF, and zeroes behind it: handlers copy 257 bytes whatever the text's length.
+/// Text of a line, CR LF, and zeros after it: handlers copy 257 bytes whatever the text's length.
 inline constexpr int kLineBytes = 257 + 2;
 
 /// Hands one line to the handler of mode; unknown modes have none.

@@ -21,19 +21,15 @@ constexpr const char *kOpenPermissions[] = {
 struct StandardView {
     const char *name;
     const char *entryText;
-    const char *inFailureMessage;
+    bool textInMessage; ///< Fixed by the interface: one view's failure message shows its text.
 };
 
-constexpr const char *kInterfaceOfLan = "enable\nconfigure\ninterface eth0.<vid>";
-
 constexpr StandardView kStandardViews[] = {
-    {"enable_view",                "enable",                                               "enable_view"   },
-    {"configure_view",             "enable\nconfigure",                                    "configure_view"},
-    {"interface_view",             "enable\nconfigure\ninterface eth1.<vid>",              "interface_view"},
- // The entry text stands in the message, on purpose: it tells the two interface views apart.
-    {"interface_v_view",           kInterfaceOfLan,                                        kInterfaceOfLan },
-    {"keychain_keyid_keystr_view", "enable\nconfigure\nkey chain <keychain>\nkey <keyid>",
-     "keychain_keyid_keystr_view"                                                                          },
+    {"enable_view",                "enable",                                               false},
+    {"configure_view",             "enable\nconfigure",                                    false},
+    {"interface_view",             "enable\nconfigure\ninterface eth1.<vid>",              false},
+    {"interface_v_view",           "enable\nconfigure\ninterface eth0.<vid>",              true },
+    {"keychain_keyid_keystr_view", "enable\nconfigure\nkey chain <keychain>\nkey <keyid>", false},
 };
 
 } // namespace
@@ -48,12 +44,13 @@ int32_t frr_process_init(void) {
 }
 
 int32_t frrVtyInit(void) {
-    // An older registry is dropped as it is: records of it may still be in use.
+    // An older registry is dropped as it is, and keeps its memory. Fixed by the interface.
     gPreCmdEntryList = dlistCreate(free, nullptr);
     for (const StandardView &view : kStandardViews) {
         const int32_t result = frrVtyViewReg(view.name, view.entryText);
         if (result != 0) {
-            (void)printf("view register fail : %s", view.inFailureMessage);
+            (void)printf("view register fail : %s",
+                         view.textInMessage ? view.entryText : view.name); // nobody to tell
             return result;
         }
     }

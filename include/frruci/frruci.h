@@ -18,7 +18,7 @@
  *  8. Times are whole seconds unless a name says otherwise. Addresses held as numbers are in
  *     network order as they lie in memory: the first octet has the lowest address.
  *  9. Flags named set, enable or add are 1 for the setting and 0 for its "no" form.
- * 10. A few texts and behaviours look wrong and are intended; docs/behaviour.md lists them. */
+ * 10. Some texts and behaviours look wrong and stay as they are; docs/behaviour.md lists them. */
 #ifndef FRRUCI_FRRUCI_H
 #define FRRUCI_FRRUCI_H
 
