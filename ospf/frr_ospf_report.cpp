@@ -8,13 +8,16 @@
 #include "common/address.h"
 #include "common/dlist.h"
 #include "common/text.h"
+#include "ospf/field.h"
 #include "ospf/frr_ospf.h"
-#include "ospf/uc_ospf.h"
+#include "ospf/numbers.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_clear.h"
 
 namespace {
 
 using frruci::common::format;
+using namespace frruci::ospf;
 
 using Labels = std::span<const char *const>;
 
@@ -27,9 +30,7 @@ constexpr const char *kSourceLabels[] = {"Not Configure", "Connect", "Ospf", "Ri
 constexpr const char *kNetworkTypeLabels[] = {"Not Configure", "broadcast", "non-broadcast",
                                               "point-to-multipoint", "point-to-point"};
 
-constexpr uint8_t kSourceOspf = 2;
-
-enum class Show : uint8_t {
+enum Show : uint8_t {
     kNumber,
     kAddress,
     kText,
@@ -41,234 +42,214 @@ enum class Show : uint8_t {
     kNetworkType,
 };
 
-struct Field {
-    uint16_t offset;
-    uint16_t size;
-};
-
-#define FIELD(record, member)                                                                      \
-    { offsetof(record, member), sizeof(record::member) }
-
-/// How a line ends, or when it is printed at all.
-enum class Line : uint8_t { kPlain, kEndsGroup, kIfRouterIdSet, kIfFromOspf };
-
-struct Row {
+/// A line about one field of that kind of record.
+template <typename Record> struct Row {
     const char *label;
     Show show;
-    Field field;
-    Line line;
+    Field<Record> field;
 };
 
-#define PROCESS(member) FIELD(OspfProcessCfg, member)
-constexpr Row kProcessRows[] = {
-    {"Router ID",               Show::kAddress,    PROCESS(routerId),              Line::kIfRouterIdSet},
-    {"GracefulRestart",         Show::kSwitch,     PROCESS(gracefulRestart),       Line::kPlain        },
-    {"RFC 1583 Compatibility",  Show::kSwitch,     PROCESS(rfc1583Compatibility),  Line::kPlain        },
-    {"Spf Delay Time",          Show::kNumber,     PROCESS(spfDelay),              Line::kPlain        },
-    {"Spf Min Hold Time",       Show::kNumber,     PROCESS(spfInitialHold),        Line::kPlain        },
-    {"Spf Max Hold Time",       Show::kNumber,     PROCESS(spfMaximumHold),        Line::kPlain        },
-    {"Default Passive Setting", Show::kSwitch,     PROCESS(passiveDefault),        Line::kPlain        },
-    {"Maximum Paths",           Show::kNumber,     PROCESS(maximumPaths),          Line::kPlain        },
-    {"Default Metric",          Show::kNumber,     PROCESS(defaultMetric),         Line::kPlain        },
-    {"Admin Distance",          Show::kNumber,     PROCESS(adminDistance),         Line::kEndsGroup    },
-    {"Default Route Advertise", Show::kSwitch,     PROCESS(defaultRouteAdvertise), Line::kPlain        },
-    {"Always",                  Show::kSwitch,     PROCESS(always),                Line::kPlain        },
-    {"Metric",                  Show::kNumber,     PROCESS(originateMetric),       Line::kPlain        },
-    {"Metric Type",             Show::kMetricType, PROCESS(metricType),            Line::kEndsGroup    },
-    {"AutoCost Ref BW",         Show::kNumber,     PROCESS(referenceBandwidth),    Line::kEndsGroup    },
+constexpr Row<OspfProcessCfg> kRouterIdRows[] = {
+    {"Router ID", kAddress, FRRUCI_FIELD(OspfProcessCfg, routerId)},
 };
-#undef PROCESS
 
-#define NETWORK(member) FIELD(OspfNetworkCfg, member)
-constexpr Row kNetworkRows[] = {
-    {"network ip",       Show::kAddress, NETWORK(address), Line::kPlain},
-    {"network wildmask", Show::kAddress, NETWORK(mask),    Line::kPlain},
-    {"network areaId",   Show::kNumber,  NETWORK(areaId),  Line::kPlain},
+constexpr Row<OspfProcessCfg> kSettingRows[] = {
+    {"GracefulRestart",         kSwitch, FRRUCI_FIELD(OspfProcessCfg, gracefulRestart)     },
+    {"RFC 1583 Compatibility",  kSwitch, FRRUCI_FIELD(OspfProcessCfg, rfc1583Compatibility)},
+    {"Spf Delay Time",          kNumber, FRRUCI_FIELD(OspfProcessCfg, spfDelay)            },
+    {"Spf Min Hold Time",       kNumber, FRRUCI_FIELD(OspfProcessCfg, spfInitialHold)      },
+    {"Spf Max Hold Time",       kNumber, FRRUCI_FIELD(OspfProcessCfg, spfMaximumHold)      },
+    {"Default Passive Setting", kSwitch, FRRUCI_FIELD(OspfProcessCfg, passiveDefault)      },
+    {"Maximum Paths",           kNumber, FRRUCI_FIELD(OspfProcessCfg, maximumPaths)        },
+    {"Default Metric",          kNumber, FRRUCI_FIELD(OspfProcessCfg, defaultMetric)       },
+    {"Admin Distance",          kNumber, FRRUCI_FIELD(OspfProcessCfg, adminDistance)       },
 };
-#undef NETWORK
 
-#define AREA(member) FIELD(OspfAreaCfg, member)
-constexpr Row kAreaRows[] = {
-    {"areaId",      Show::kAddress,  AREA(areaId),      Line::kPlain},
-    {"areaType",    Show::kAreaType, AREA(areaType),    Line::kPlain},
-    {"defaultCost", Show::kNumber,   AREA(defaultCost), Line::kPlain},
-    {"no-summary",  Show::kSwitch,   AREA(noSummary),   Line::kPlain},
+constexpr Row<OspfProcessCfg> kDefaultRouteRows[] = {
+    {"Default Route Advertise", kSwitch,     FRRUCI_FIELD(OspfProcessCfg, defaultRouteAdvertise)},
+    {"Always",                  kSwitch,     FRRUCI_FIELD(OspfProcessCfg, always)               },
+    {"Metric",                  kNumber,     FRRUCI_FIELD(OspfProcessCfg, originateMetric)      },
+    {"Metric Type",             kMetricType, FRRUCI_FIELD(OspfProcessCfg, metricType)           },
 };
-#undef AREA
 
-#define AGGREGATE(member) FIELD(OspfAreaAggCfg, member)
-constexpr Row kAggregateRows[] = {
-    {"areaId",    Show::kAddress, AGGREGATE(areaId),    Line::kPlain},
-    {"ip",        Show::kAddress, AGGREGATE(prefix),    Line::kPlain},
-    {"mask",      Show::kAddress, AGGREGATE(mask),      Line::kPlain},
-    {"cost",      Show::kNumber,  AGGREGATE(cost),      Line::kPlain},
-    {"advertise", Show::kSwitch,  AGGREGATE(advertise), Line::kPlain},
+constexpr Row<OspfProcessCfg> kBandwidthRows[] = {
+    {"AutoCost Ref BW", kNumber, FRRUCI_FIELD(OspfProcessCfg, referenceBandwidth)},
 };
-#undef AGGREGATE
 
-#define LINK(member) FIELD(OspfVirtualLinkCfg, member)
-constexpr Row kVirtualLinkRows[] = {
-    {"areaId",              Show::kAddress,        LINK(areaId),             Line::kPlain},
-    {"ip",                  Show::kAddress,        LINK(peerRouterId),       Line::kPlain},
-    {"hello interval",      Show::kNumber,         LINK(helloInterval),      Line::kPlain},
-    {"dead interval",       Show::kNumber,         LINK(deadInterval),       Line::kPlain},
-    {"retransmit interval", Show::kNumber,         LINK(retransmitInterval), Line::kPlain},
-    {"transmit delay",      Show::kNumber,         LINK(transmitDelay),      Line::kPlain},
-    {"auth type",           Show::kAuthentication, LINK(authType),           Line::kPlain},
-    {"simple key",          Show::kText,           LINK(simpleKey),          Line::kPlain},
-    {"md5 keyId",           Show::kNumber,         LINK(md5KeyId),           Line::kPlain},
-    {"md5 key",             Show::kText,           LINK(md5Key),             Line::kPlain},
+constexpr Row<OspfNetworkCfg> kNetworkRows[] = {
+    {"network ip",       kAddress, FRRUCI_FIELD(OspfNetworkCfg, address)},
+    {"network wildmask", kAddress, FRRUCI_FIELD(OspfNetworkCfg, mask)   },
+    {"network areaId",   kNumber,  FRRUCI_FIELD(OspfNetworkCfg, areaId) },
 };
-#undef LINK
 
-#define REDISTRIBUTION(member) FIELD(OspfRedistributeCfg, member)
-constexpr Row kRedistributionRows[] = {
-    {"networkType", Show::kSource,     REDISTRIBUTION(source),          Line::kPlain     },
-    {"metric",      Show::kNumber,     REDISTRIBUTION(metric),          Line::kPlain     },
-    {"metric type", Show::kMetricType, REDISTRIBUTION(metricType),      Line::kPlain     },
-    {"processId",   Show::kNumber,     REDISTRIBUTION(sourceProcessId), Line::kIfFromOspf},
+constexpr Row<OspfAreaCfg> kAreaRows[] = {
+    {"areaId",      kAddress,  FRRUCI_FIELD(OspfAreaCfg, areaId)     },
+    {"areaType",    kAreaType, FRRUCI_FIELD(OspfAreaCfg, areaType)   },
+    {"defaultCost", kNumber,   FRRUCI_FIELD(OspfAreaCfg, defaultCost)},
+    {"no-summary",  kSwitch,   FRRUCI_FIELD(OspfAreaCfg, noSummary)  },
 };
-#undef REDISTRIBUTION
+
+constexpr Row<OspfAreaAggCfg> kAggregateRows[] = {
+    {"areaId",    kAddress, FRRUCI_FIELD(OspfAreaAggCfg, areaId)   },
+    {"ip",        kAddress, FRRUCI_FIELD(OspfAreaAggCfg, prefix)   },
+    {"mask",      kAddress, FRRUCI_FIELD(OspfAreaAggCfg, mask)     },
+    {"cost",      kNumber,  FRRUCI_FIELD(OspfAreaAggCfg, cost)     },
+    {"advertise", kSwitch,  FRRUCI_FIELD(OspfAreaAggCfg, advertise)},
+};
+
+constexpr Row<OspfVirtualLinkCfg> kVirtualLinkRows[] = {
+    {"areaId",              kAddress,        FRRUCI_FIELD(OspfVirtualLinkCfg, areaId)            },
+    {"ip",                  kAddress,        FRRUCI_FIELD(OspfVirtualLinkCfg, peerRouterId)      },
+    {"hello interval",      kNumber,         FRRUCI_FIELD(OspfVirtualLinkCfg, helloInterval)     },
+    {"dead interval",       kNumber,         FRRUCI_FIELD(OspfVirtualLinkCfg, deadInterval)      },
+    {"retransmit interval", kNumber,         FRRUCI_FIELD(OspfVirtualLinkCfg, retransmitInterval)},
+    {"transmit delay",      kNumber,         FRRUCI_FIELD(OspfVirtualLinkCfg, transmitDelay)     },
+    {"auth type",           kAuthentication, FRRUCI_FIELD(OspfVirtualLinkCfg, authType)          },
+    {"simple key",          kText,           FRRUCI_FIELD(OspfVirtualLinkCfg, simpleKey)         },
+    {"md5 keyId",           kNumber,         FRRUCI_FIELD(OspfVirtualLinkCfg, md5KeyId)          },
+    {"md5 key",             kText,           FRRUCI_FIELD(OspfVirtualLinkCfg, md5Key)            },
+};
+
+constexpr Row<OspfRedistributeCfg> kRedistributionRows[] = {
+    {"networkType", kSource,     FRRUCI_FIELD(OspfRedistributeCfg, source)    },
+    {"metric",      kNumber,     FRRUCI_FIELD(OspfRedistributeCfg, metric)    },
+    {"metric type", kMetricType, FRRUCI_FIELD(OspfRedistributeCfg, metricType)},
+};
+
+constexpr Row<OspfRedistributeCfg> kSourceProcessRows[] = {
+    {"processId", kNumber, FRRUCI_FIELD(OspfRedistributeCfg, sourceProcessId)},
+};
 
 // Fixed by the interface: the MD5 key of an interface has no line.
-#define INTERFACE(member) FIELD(OspfInterfaceEntry, member)
-constexpr Row kInterfaceRows[] = {
-    {"Vlan ID",             Show::kNumber,         INTERFACE(vlanId),             Line::kPlain},
-    {"OSPF Process ID",     Show::kNumber,         INTERFACE(processId),          Line::kPlain},
-    {"OSPF Area ID",        Show::kNumber,         INTERFACE(areaId),             Line::kPlain},
-    {"OSPF Network Type",   Show::kNetworkType,    INTERFACE(networkType),        Line::kPlain},
-    {"Router Priority",     Show::kNumber,         INTERFACE(priority),           Line::kPlain},
-    {"Retransmit Interval", Show::kNumber,         INTERFACE(retransmitInterval), Line::kPlain},
-    {"Hello Interval",      Show::kNumber,         INTERFACE(helloInterval),      Line::kPlain},
-    {"Dead Interval",       Show::kNumber,         INTERFACE(deadInterval),       Line::kPlain},
-    {"Transmit Delay",      Show::kNumber,         INTERFACE(transmitDelay),      Line::kPlain},
-    {"Authentication Type", Show::kAuthentication, INTERFACE(authType),           Line::kPlain},
-    {"Simple Key",          Show::kText,           INTERFACE(simpleKey),          Line::kPlain},
-    {"MD5 KeyId",           Show::kNumber,         INTERFACE(md5KeyId),           Line::kPlain},
-    {"Metric Cost",         Show::kNumber,         INTERFACE(cost),               Line::kPlain},
-    {"OSPF Mtu-ignore",     Show::kSwitch,         INTERFACE(mtuIgnore),          Line::kPlain},
-};
-#undef INTERFACE
-#undef FIELD
-
-struct Section {
-    const char *heading;
-    dlist *OspfProcessCfg::*records;
-    std::span<const Row> rows;
-};
-
-constexpr Section kSections[] = {
-    {"\n\nnetwork\n",        &OspfProcessCfg::networks,        kNetworkRows       },
-    {"\n\narea\n",           &OspfProcessCfg::areas,           kAreaRows          },
-    {"\n\nareaAgg\n",        &OspfProcessCfg::areaAggregates,  kAggregateRows     },
-    {"\n\nvirtual link\n",   &OspfProcessCfg::virtualLinks,    kVirtualLinkRows   },
-    {"\n\nRedistribution\n", &OspfProcessCfg::redistributions, kRedistributionRows},
+constexpr Row<OspfInterfaceEntry> kInterfaceRows[] = {
+    {"Vlan ID",             kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, vlanId)            },
+    {"OSPF Process ID",     kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, processId)         },
+    {"OSPF Area ID",        kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, areaId)            },
+    {"OSPF Network Type",   kNetworkType,    FRRUCI_FIELD(OspfInterfaceEntry, networkType)       },
+    {"Router Priority",     kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, priority)          },
+    {"Retransmit Interval", kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, retransmitInterval)},
+    {"Hello Interval",      kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, helloInterval)     },
+    {"Dead Interval",       kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, deadInterval)      },
+    {"Transmit Delay",      kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, transmitDelay)     },
+    {"Authentication Type", kAuthentication, FRRUCI_FIELD(OspfInterfaceEntry, authType)          },
+    {"Simple Key",          kText,           FRRUCI_FIELD(OspfInterfaceEntry, simpleKey)         },
+    {"MD5 KeyId",           kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, md5KeyId)          },
+    {"Metric Cost",         kNumber,         FRRUCI_FIELD(OspfInterfaceEntry, cost)              },
+    {"OSPF Mtu-ignore",     kSwitch,         FRRUCI_FIELD(OspfInterfaceEntry, mtuIgnore)         },
 };
 
 Labels labelsOf(Show show) {
     switch (show) {
-    case Show::kSwitch:
+    case kSwitch:
         return kSwitchLabels;
-    case Show::kMetricType:
+    case kMetricType:
         return kMetricTypeLabels;
-    case Show::kAreaType:
+    case kAreaType:
         return kAreaTypeLabels;
-    case Show::kAuthentication:
+    case kAuthentication:
         return kAuthenticationLabels;
-    case Show::kSource:
+    case kSource:
         return kSourceLabels;
-    case Show::kNetworkType:
+    case kNetworkType:
         return kNetworkTypeLabels;
     default:
         return {};
     }
 }
 
-uint32_t numberOf(Field field, const void *record) {
-    const char *bytes = static_cast<const char *>(record) + field.offset;
-    uint8_t narrow = 0;
-    uint16_t half = 0;
-    uint32_t word = 0;
-    switch (field.size) {
-    case sizeof narrow:
-        memcpy(&narrow, bytes, sizeof narrow);
-        return narrow;
-    case sizeof half:
-        memcpy(&half, bytes, sizeof half);
-        return half;
-    default:
-        memcpy(&word, bytes, sizeof word);
-        return word;
-    }
-}
-
 constexpr std::size_t kLineBytes = 256;
 constexpr std::size_t kTextBytes = 32; // the longest key and its NUL
 
-void printText(const Row &row, const char *text) {
+void printText(const char *label, const char *text) {
     char line[kLineBytes];
-    format(line, row.line == Line::kEndsGroup ? " %-30s - %s\r\n\n\n" : " %-30s - %s\r\n",
-           row.label, text);
+    format(line, " %-30s - %s\r\n", label, text);
     (void)fputs(line, stdout); // where standard output is closed nobody reads the report
 }
 
-void printNumber(const Row &row, uint32_t number) {
-    char line[kLineBytes];
-    format(line, row.line == Line::kEndsGroup ? " %-30s - %d\r\n\n\n" : " %-30s - %d\r\n",
-           row.label, static_cast<int32_t>(number));
-    (void)fputs(line, stdout);
+void printLabel(const char *label, Show show, uint32_t number) {
+    const Labels labels = labelsOf(show);
+    printText(label, number < labels.size() ? labels[number] : "");
 }
 
-void printField(const Row &row, const void *record) {
+void printField(const char *label, Show show, const void *record, Place place) {
     char text[kTextBytes] = {};
-    if (row.show == Show::kText) {
-        static_assert(sizeof(OspfVirtualLinkCfg::md5Key) < kTextBytes);
-        memcpy(text, static_cast<const char *>(record) + row.field.offset, row.field.size);
-        return printText(row, text);
-    }
-    const uint32_t number = numberOf(row.field, record);
-    if (row.show == Show::kNumber) {
-        return printNumber(row, number);
-    }
-    if (row.show == Show::kAddress) {
-        (void)intIpToStrIp(text, number); // refuses a null text only
-        return printText(row, text);
-    }
-    const Labels labels = labelsOf(row.show);
-    printText(row, number < labels.size() ? labels[number] : "");
-}
-
-bool isPrinted(Line line, const void *record) {
-    switch (line) {
-    case Line::kIfRouterIdSet:
-        return static_cast<const OspfProcessCfg *>(record)->routerIdSet == 1;
-    case Line::kIfFromOspf:
-        return static_cast<const OspfRedistributeCfg *>(record)->source == kSourceOspf;
+    static_assert(sizeof(OspfVirtualLinkCfg::md5Key) < kTextBytes);
+    switch (show) {
+    case kText:
+        memcpy(text, static_cast<const char *>(record) + place.offset, place.size);
+        break;
+    case kNumber:
+        format(text, "%d", static_cast<int32_t>(numberAt(record, place)));
+        break;
+    case kAddress:
+        (void)intIpToStrIp(text, numberAt(record, place)); // refuses a null text only
+        break;
     default:
-        return true;
+        return printLabel(label, show, numberAt(record, place));
+    }
+    printText(label, text);
+}
+
+template <typename Record, std::size_t N>
+void printRows(const Row<Record> (&rows)[N], const Record &record) {
+    for (const Row<Record> &row : rows) {
+        printField(row.label, row.show, &record, row.field.place);
     }
 }
 
-void printRows(std::span<const Row> rows, const void *record) {
-    for (const Row &row : rows) {
-        if (isPrinted(row.line, record)) {
-            printField(row, record);
-        }
+void printRecord(const OspfNetworkCfg &network) {
+    printRows(kNetworkRows, network);
+}
+
+void printRecord(const OspfAreaCfg &area) {
+    printRows(kAreaRows, area);
+}
+
+void printRecord(const OspfAreaAggCfg &aggregate) {
+    printRows(kAggregateRows, aggregate);
+}
+
+void printRecord(const OspfVirtualLinkCfg &link) {
+    printRows(kVirtualLinkRows, link);
+}
+
+void printRecord(const OspfRedistributeCfg &redistribution) {
+    printRows(kRedistributionRows, redistribution);
+    if (redistribution.source == kSourceOspf) {
+        printRows(kSourceProcessRows, redistribution);
     }
+}
+
+template <typename Record>
+void printList(const char *heading, const OspfProcessCfg &process, ListOf<Record> list) {
+    (void)fputs(heading, stdout);
+    const dlist *records = readableList(process.*list.handle);
+    for (const dlist_node *node = records == nullptr ? nullptr : records->head; node != nullptr;
+         node = node->next) {
+        printRecord(*static_cast<const Record *>(node->data));
+    }
+}
+
+template <std::size_t N>
+void printGroup(const Row<OspfProcessCfg> (&rows)[N], const OspfProcessCfg &process) {
+    printRows(rows, process);
+    (void)fputs("\n\n", stdout);
 }
 
 void printProcess(const OspfProcessCfg &process) {
     (void)printf("*****************Routing Protocol is ospf %d  *****************\n\n",
                  process.processId);
-    printRows(kProcessRows, &process);
-    for (const Section &section : kSections) {
-        (void)fputs(section.heading, stdout);
-        const dlist *records = frruci::ospf::readable(process.*section.records);
-        for (const dlist_node *node = records == nullptr ? nullptr : records->head; node != nullptr;
-             node = node->next) {
-            printRows(section.rows, node->data);
-        }
+    if (process.routerIdSet == 1) {
+        printRows(kRouterIdRows, process);
     }
+    printGroup(kSettingRows, process);
+    printGroup(kDefaultRouteRows, process);
+    printGroup(kBandwidthRows, process);
+    printList("\n\nnetwork\n", process, kNetworks);
+    printList("\n\narea\n", process, kAreas);
+    printList("\n\nareaAgg\n", process, kAreaAggregates);
+    printList("\n\nvirtual link\n", process, kVirtualLinks);
+    printList("\n\nRedistribution\n", process, kRedistributions);
 }
 
 void printProcesses(const OspfModelBlock &model) {
@@ -281,10 +262,11 @@ void printProcesses(const OspfModelBlock &model) {
 }
 
 void printInterfaces(const OspfModelBlock &model) {
-    const OspfModelBlock copy = model;
-    for (const OspfInterfaceEntry &entry : copy.interface) {
+    OspfInterfaceEntry entries[kEntries];
+    memcpy(entries, model.interface, sizeof entries);
+    for (const OspfInterfaceEntry &entry : entries) {
         if (entry.inUse == 1) {
-            printRows(kInterfaceRows, &entry);
+            printRows(kInterfaceRows, entry);
         }
     }
 }

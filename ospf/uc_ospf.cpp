@@ -5,10 +5,12 @@
 
 #include <arpa/inet.h>
 #include <cstdlib>
-#include <iterator>
-#include <type_traits>
+#include <cstring>
 
 #include "common/dlist.h"
+#include "ospf/field.h"
+#include "ospf/numbers.h"
+#include "ospf/results.h"
 #include "ospf/uc_ospf_block.h"
 #include "ospf/uc_ospf_defaults.h"
 
@@ -22,10 +24,13 @@ using namespace frruci::ospf;
 constexpr uint8_t kEnabled = 1;
 
 /// In the order in which a reset renews them. Fixed by the interface: the virtual links come twice.
-constexpr dlist *OspfProcessCfg::*kResetOrder[] = {
-    &OspfProcessCfg::networks,        &OspfProcessCfg::areas,
-    &OspfProcessCfg::areaAggregates,  &OspfProcessCfg::virtualLinks,
-    &OspfProcessCfg::redistributions, &OspfProcessCfg::virtualLinks,
+constexpr ListHandle kResetOrder[] = {
+    kNetworks.handle,        //
+    kAreas.handle,           //
+    kAreaAggregates.handle,  //
+    kVirtualLinks.handle,    //
+    kRedistributions.handle, //
+    kVirtualLinks.handle,
 };
 
 void renewList(dlist *&list) {
@@ -74,25 +79,38 @@ void storeSpfTimers(OspfProcessCfg &record, bool set, const void *value) {
     record.spfMaximumHold = timers[2];
 }
 
-template <auto Field> void storeFlag(OspfProcessCfg &record, bool set, const void * /*value*/) {
-    record.*Field = set ? 1 : 0;
-}
-
-template <auto Field> constexpr auto kStore = storeNumber<Field, kProcessDefaults, OspfProcessCfg>;
-
-/// By OspfBasicParaKey.
-constexpr StoreSetting<OspfProcessCfg> kBasicSettings[] = {
-    storeRouterId,
-    storeFlag<&OspfProcessCfg::gracefulRestart>,
-    kStore<&OspfProcessCfg::referenceBandwidth>,
-    storeFlag<&OspfProcessCfg::rfc1583Compatibility>,
-    kStore<&OspfProcessCfg::defaultMetric>,
-    kStore<&OspfProcessCfg::adminDistance>,
-    storeFlag<&OspfProcessCfg::passiveDefault>,
-    kStore<&OspfProcessCfg::maximumPaths>,
-    storeSpfTimers,
+struct NumberSetting {
+    RouterKey key;
+    Field<OspfProcessCfg> field;
+    bool isFlag; ///< a set stores 1, whatever the value
 };
-static_assert(std::size(kBasicSettings) == 9);
+
+/// In the order of their keys; the router id comes before them and the SPF timers after them.
+constexpr NumberSetting kNumberSettings[] = {
+    {kGracefulRestartKey,    FRRUCI_FIELD(OspfProcessCfg, gracefulRestart),      true },
+    {kReferenceBandwidthKey, FRRUCI_FIELD(OspfProcessCfg, referenceBandwidth),   false},
+    {kRfc1583Key,            FRRUCI_FIELD(OspfProcessCfg, rfc1583Compatibility), true },
+    {kDefaultMetricKey,      FRRUCI_FIELD(OspfProcessCfg, defaultMetric),        false},
+    {kDistanceKey,           FRRUCI_FIELD(OspfProcessCfg, adminDistance),        false},
+    {kPassiveDefaultKey,     FRRUCI_FIELD(OspfProcessCfg, passiveDefault),       true },
+    {kMaximumPathsKey,       FRRUCI_FIELD(OspfProcessCfg, maximumPaths),         false},
+};
+static_assert(isInKeyOrder(kNumberSettings, kGracefulRestartKey));
+
+void storeByKey(OspfProcessCfg &record, OspfBasicParaKey key, bool set, const void *value) {
+    if (key == kRouterIdKey) {
+        return storeRouterId(record, set, value);
+    }
+    if (key == kSpfTimersKey) {
+        return storeSpfTimers(record, set, value);
+    }
+    if (key > kSpfTimersKey) {
+        return;
+    }
+    const NumberSetting &setting = kNumberSettings[key - kGracefulRestartKey];
+    const uint32_t given = setting.isFlag ? 1 : wordAt(value);
+    storeNumber(record, setting.field, set ? given : numberOf(kProcessDefaults, setting.field));
+}
 
 } // namespace
 
@@ -163,7 +181,7 @@ uint32_t ucOspfHasProcessId(uint16_t processId) {
             return slot;
         }
     }
-    return kNone;
+    return kNoSlot;
 }
 
 uint32_t ucOspfGetProcessPid(uint32_t slot) {
@@ -194,7 +212,7 @@ uint32_t ucOspfSetCfg(uint32_t slot, const OspfProcessCfg *in) {
 uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void *value,
                                    OspfBasicParaKey key) {
     const uint32_t slot = ucOspfHasProcessId(processId);
-    if (slot == kNone) {
+    if (slot == kNoSlot) {
         return kDone; // Fixed by the interface: an unknown id is no failure.
     }
     OspfProcessCfg record;
@@ -202,8 +220,6 @@ uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void 
     if (result != kDone) {
         return result;
     }
-    if (key < std::size(kBasicSettings)) {
-        kBasicSettings[key](record, set != 0, value);
-    }
+    storeByKey(record, key, set != 0, value);
     return ucOspfSetCfg(slot, &record);
 }

@@ -1,50 +1,33 @@
 // SPDX-License-Identifier: Apache-2.0
 // The model's interface entries: one for each VLAN, taken with its first setting and kept.
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
 
-#include "common/dlist.h"
+#include "ospf/field.h"
+#include "ospf/numbers.h"
+#include "ospf/results.h"
 #include "ospf/uc_ospf.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_clear.h"
 #include "ospf/uc_ospf_defaults.h"
-
-namespace frruci::ospf {
-
-dlist *damagedHandle = nullptr;
-
-} // namespace frruci::ospf
 
 namespace {
 
 using namespace frruci::ospf;
 
 constexpr uint32_t kInUse = 1;
-constexpr uint32_t kSimpleType = 1;
-
-constexpr std::size_t kDamagedSlot = 14;
-constexpr std::size_t kKeptHandleBytes = 5;
-constexpr std::size_t kFixedClearBytes = 8;
-constexpr std::size_t kFixedClear = offsetof(OspfModelBlock, process) +
-                                    kDamagedSlot * sizeof(OspfProcessCfg) +
-                                    offsetof(OspfProcessCfg, redistributions) + kKeptHandleBytes;
-static_assert(kFixedClear == 1621);
-
-template <auto Field>
-constexpr auto kStore = storeNumber<Field, kInterfaceDefaults, OspfInterfaceEntry>;
-
 /// By OspfInfParaKey.
-constexpr StoreSetting<OspfInterfaceEntry> kInterfaceSettings[] = {
-    kStore<&OspfInterfaceEntry::helloInterval>,
-    kStore<&OspfInterfaceEntry::deadInterval>,
-    kStore<&OspfInterfaceEntry::retransmitInterval>,
-    kStore<&OspfInterfaceEntry::transmitDelay>,
-    kStore<&OspfInterfaceEntry::cost>,
-    kStore<&OspfInterfaceEntry::priority>,
+constexpr Field<OspfInterfaceEntry> kKeyFields[] = {
+    FRRUCI_FIELD(OspfInterfaceEntry, helloInterval),
+    FRRUCI_FIELD(OspfInterfaceEntry, deadInterval),
+    FRRUCI_FIELD(OspfInterfaceEntry, retransmitInterval),
+    FRRUCI_FIELD(OspfInterfaceEntry, transmitDelay),
+    FRRUCI_FIELD(OspfInterfaceEntry, cost),
+    FRRUCI_FIELD(OspfInterfaceEntry, priority),
 };
-static_assert(std::size(kInterfaceSettings) == 6);
+static_assert(std::size(kKeyFields) == kInterfaceKeys);
 
 /// Copies a key's bytes, whatever its text's length; no key is all zeroes.
 template <std::size_t N> void copyKey(uint8_t (&field)[N], const char *key) {
@@ -52,17 +35,6 @@ template <std::size_t N> void copyKey(uint8_t (&field)[N], const char *key) {
         memset(field, 0, N);
     } else {
         memcpy(field, key, N);
-    }
-}
-
-/// Fixed by the interface: every entry that a key creates clears eight bytes across the last two
-/// slots.
-void fixedClear() {
-    dlist *&handle = pucOspf->process[kDamagedSlot].redistributions;
-    dlist *before = handle;
-    memset(reinterpret_cast<unsigned char *>(pucOspf) + kFixedClear, 0, kFixedClearBytes);
-    if (handle != before) {
-        damagedHandle = handle;
     }
 }
 
@@ -77,8 +49,8 @@ template <typename Change> uint32_t withEntry(uint32_t vlanId, bool set, Change 
             return kNotFound;
         }
         index = ucOspfFindFreeInterface();
-        if (index == kNone) {
-            return kNone;
+        if (index == kNoFreeEntry) {
+            return kNoFreeEntry;
         }
         pucOspf->interface[index].inUse = kInUse;
         pucOspf->interface[index].vlanId = vlanId;
@@ -125,7 +97,7 @@ uint32_t ucOspfFindFreeInterface(void) {
             return index;
         }
     }
-    return kNone;
+    return kNoFreeEntry;
 }
 
 uint32_t ucOspfFindInterfaceVlan(uint32_t vlanId) {
@@ -141,19 +113,21 @@ uint32_t ucOspfFindInterfaceVlan(uint32_t vlanId) {
 uint32_t ucIpOpsfInfSetParaByKey(uint32_t vlanId, uint32_t set, const void *value,
                                  OspfInfParaKey key) {
     return withEntry(vlanId, set != 0, [&](OspfInterfaceEntry &entry, bool isNew) {
-        if (key < std::size(kInterfaceSettings)) {
+        if (key < std::size(kKeyFields)) {
             // Fixed by the interface: entry 0, whichever entry is the VLAN's.
             OspfInterfaceEntry &target = isNew ? entry : pucOspf->interface[0];
-            kInterfaceSettings[key](target, set != 0, value);
+            const auto field = kKeyFields[key];
+            storeNumber(target, field,
+                        set != 0 ? wordAt(value) : numberOf(kInterfaceDefaults, field));
         }
     });
 }
 
 uint32_t ucIpOspfAuth(uint32_t vlanId, uint32_t set, uint32_t authType) {
-    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool /*isNew*/) {
         if (set != 0) {
             entry.authType = static_cast<OspfAuthType>(authType);
-        } else if (entry.authType == authType || authType == kSimpleType) {
+        } else if (entry.authType == authType || authType == kSimplePassword) {
             entry.authType = kInterfaceDefaults.authType;
         }
     });
@@ -163,25 +137,25 @@ uint32_t ucIpOspfAuthKey(uint32_t vlanId, uint32_t set, const char *key) {
     return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool isNew) {
         copyKey(entry.simpleKey, set != 0 ? key : nullptr);
         if (isNew) {
-            fixedClear();
+            clearFixedBytes();
         }
     });
 }
 
 uint32_t ucIpOspfMtuIgnore(uint32_t vlanId, uint32_t flag) {
     return withEntry(vlanId, flag != 0,
-                     [=](OspfInterfaceEntry &entry, bool) { entry.mtuIgnore = flag; });
+                     [=](OspfInterfaceEntry &entry, bool /*isNew*/) { entry.mtuIgnore = flag; });
 }
 
 uint32_t ucIpOspfNetwork(uint32_t vlanId, uint32_t set, uint32_t networkType) {
-    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool /*isNew*/) {
         entry.networkType =
             set != 0 ? static_cast<OspfNetworkType>(networkType) : kInterfaceDefaults.networkType;
     });
 }
 
 uint32_t ucIpOspfAuthM5dKey(uint32_t vlanId, uint32_t set, uint32_t keyId, const char *key) {
-    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool) {
+    return withEntry(vlanId, set != 0, [=](OspfInterfaceEntry &entry, bool /*isNew*/) {
         entry.md5KeyId = set != 0 ? static_cast<uint8_t>(keyId) : kInterfaceDefaults.md5KeyId;
         copyKey(entry.md5Key, set != 0 ? key : nullptr);
     });

@@ -7,8 +7,12 @@
 #include <cstring>
 
 #include "common/dlist.h"
+#include "ospf/field.h"
+#include "ospf/numbers.h"
+#include "ospf/results.h"
 #include "ospf/uc_ospf.h"
 #include "ospf/uc_ospf_block.h"
+#include "ospf/uc_ospf_clear.h"
 #include "ospf/uc_ospf_defaults.h"
 
 namespace {
@@ -19,40 +23,37 @@ constexpr int32_t kEqual = 0;
 constexpr int32_t kDifferent = -1;
 
 constexpr uint32_t kFlagSet = 1;
-constexpr OspfRedistSource kSourceOspf = 2;
-
-using ListField = dlist *OspfProcessCfg::*;
 
 struct ListFamily {
-    ListField list;
+    ListHandle list;
     dlist_keycmp_fn compare;
     std::size_t recordBytes;
 };
 
-constexpr OspfListKind kAreas = 1;
-constexpr OspfListKind kAreaAggregates = 2;
-constexpr OspfListKind kVirtualLinks = 3;
-constexpr OspfListKind kNetworks = 4;
+template <typename Record>
+constexpr ListFamily family(ListOf<Record> list, dlist_keycmp_fn compare) {
+    return {list.handle, compare, sizeof(Record)};
+}
 
-/// By OspfListKind, from 1 on.
+/// By ListKind, from 1 on.
 constexpr ListFamily kFamilies[] = {
-    {&OspfProcessCfg::areas,          ucOspfAreaIdComp,      sizeof(OspfAreaCfg)       },
-    {&OspfProcessCfg::areaAggregates, ucOspfAreaAggComp,     sizeof(OspfAreaAggCfg)    },
-    {&OspfProcessCfg::virtualLinks,   ucOspfVirtualLinkComp, sizeof(OspfVirtualLinkCfg)},
-    {&OspfProcessCfg::networks,       ucOspfNetworkComp,     sizeof(OspfNetworkCfg)    },
+    family(kAreas, ucOspfAreaIdComp),
+    family(kAreaAggregates, ucOspfAreaAggComp),
+    family(kVirtualLinks, ucOspfVirtualLinkComp),
+    family(kNetworks, ucOspfNetworkComp),
 };
 
 const ListFamily *familyOf(OspfListKind kind) {
-    return kind >= kAreas && kind <= kNetworks ? &kFamilies[kind - kAreas] : nullptr;
+    return kind >= kAreaKind && kind <= kNetworkKind ? &kFamilies[kind - kAreaKind] : nullptr;
 }
 
 /// The slot's list; null where there is none that may be read. Call it with the lock held.
-dlist *listOf(uint32_t slot, ListField field) {
+dlist *listAt(uint32_t slot, ListHandle handle) {
     const OspfProcessCfg *record = processAt(slot);
-    return record != nullptr ? readable(record->*field) : nullptr;
+    return record != nullptr ? readableList(record->*handle) : nullptr;
 }
 
-dlist_node *find(dlist *list, dlist_keycmp_fn compare, const void *key) {
+dlist_node *findNode(dlist *list, dlist_keycmp_fn compare, const void *key) {
     if (list == nullptr || key == nullptr) {
         return nullptr;
     }
@@ -64,7 +65,7 @@ void *findRecord(uint32_t slot, const void *key, OspfListKind kind) {
     if (family == nullptr) {
         return nullptr;
     }
-    const dlist_node *node = find(listOf(slot, family->list), family->compare, key);
+    const dlist_node *node = findNode(listAt(slot, family->list), family->compare, key);
     return node != nullptr ? node->data : nullptr;
 }
 
@@ -99,8 +100,8 @@ template <typename Accept>
 uint32_t removeFirst(uint32_t slot, const void *key, OspfListKind kind, Accept accept) {
     const ModelLock lock;
     const ListFamily &family = *familyOf(kind);
-    dlist *list = listOf(slot, family.list);
-    dlist_node *node = find(list, family.compare, key);
+    dlist *list = listAt(slot, family.list);
+    dlist_node *node = findNode(list, family.compare, key);
     if (node == nullptr || !accept(node->data)) {
         return kNothingThere;
     }
@@ -180,64 +181,64 @@ uint32_t ucOspfDlistInsert(uint32_t slot, void *record, OspfListKind kind) {
     if (family == nullptr) {
         return kDone; // Fixed by the interface: an unknown kind is no failure.
     }
-    return prepend(listOf(slot, family->list), record) ? kDone : kNoRoom;
+    return prepend(listAt(slot, family->list), record) ? kDone : kNoRoom;
 }
 
 uint32_t ucOspfAreaGetCfg(uint32_t slot, uint32_t areaId, OspfAreaCfg *record) {
-    return ucOspfDlistGetCfg(slot, &areaId, record, kAreas);
+    return ucOspfDlistGetCfg(slot, &areaId, record, kAreaKind);
 }
 
 uint32_t ucOspfAreaSetCfg(uint32_t slot, uint32_t areaId, const OspfAreaCfg *record) {
-    return ucOspfDlistSetCfg(slot, &areaId, record, kAreas);
+    return ucOspfDlistSetCfg(slot, &areaId, record, kAreaKind);
 }
 
 uint32_t ucOspfAreaAggGetCfg(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask,
                              OspfAreaAggCfg *record) {
     const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
-    return ucOspfDlistGetCfg(slot, key, record, kAreaAggregates);
+    return ucOspfDlistGetCfg(slot, key, record, kAreaAggregateKind);
 }
 
 uint32_t ucOspfAreaAggSetCfg(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask,
                              const OspfAreaAggCfg *record) {
     const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
-    return ucOspfDlistSetCfg(slot, key, record, kAreaAggregates);
+    return ucOspfDlistSetCfg(slot, key, record, kAreaAggregateKind);
 }
 
 uint32_t ucOspfVirtualLinkGetCfg(uint32_t slot, uint64_t areaIdPeer, OspfVirtualLinkCfg *record) {
     const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
-    return ucOspfDlistGetCfg(slot, key, record, kVirtualLinks);
+    return ucOspfDlistGetCfg(slot, key, record, kVirtualLinkKind);
 }
 
 uint32_t ucOspfVirtualLinkSetCfg(uint32_t slot, uint64_t areaIdPeer,
                                  const OspfVirtualLinkCfg *record) {
     const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
-    return ucOspfDlistSetCfg(slot, key, record, kVirtualLinks);
+    return ucOspfDlistSetCfg(slot, key, record, kVirtualLinkKind);
 }
 
 uint32_t ucOspfNetworkGetCfg(uint32_t slot, uint64_t addressMask, OspfNetworkCfg *record) {
     const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
-    return ucOspfDlistGetCfg(slot, key, record, kNetworks);
+    return ucOspfDlistGetCfg(slot, key, record, kNetworkKind);
 }
 
 uint32_t ucOspfNetworkSetCfg(uint32_t slot, uint64_t addressMask, const OspfNetworkCfg *record) {
     const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
-    return ucOspfDlistSetCfg(slot, key, record, kNetworks);
+    return ucOspfDlistSetCfg(slot, key, record, kNetworkKind);
 }
 
 uint32_t ucOspfAreaInsert(uint32_t slot, const OspfAreaCfg *record) {
-    return insertCopy(slot, record, kAreas);
+    return insertCopy(slot, record, kAreaKind);
 }
 
 uint32_t ucOspfAreaAggInsert(uint32_t slot, const OspfAreaAggCfg *record) {
-    return insertCopy(slot, record, kAreaAggregates);
+    return insertCopy(slot, record, kAreaAggregateKind);
 }
 
 uint32_t ucOspfVirtualLinkInsert(uint32_t slot, const OspfVirtualLinkCfg *record) {
-    return insertCopy(slot, record, kVirtualLinks);
+    return insertCopy(slot, record, kVirtualLinkKind);
 }
 
 uint32_t ucOspfNetworkInsert(uint32_t slot, const OspfNetworkCfg *record) {
-    return insertCopy(slot, record, kNetworks);
+    return insertCopy(slot, record, kNetworkKind);
 }
 
 uint32_t ucOspfAreaInit(OspfAreaCfg *record) {
@@ -278,32 +279,32 @@ uint32_t ucOspfNetworkInit(OspfNetworkCfg *record) {
 }
 
 uint32_t ucOspfAreaDelete(uint32_t slot, uint32_t areaId, uint32_t areaType) {
-    return removeFirst(slot, &areaId, kAreas, [areaType](const void *record) {
+    return removeFirst(slot, &areaId, kAreaKind, [areaType](const void *record) {
         return static_cast<const OspfAreaCfg *>(record)->areaType == areaType;
     });
 }
 
 uint32_t ucOspfAreaRangeDelete(uint32_t slot, uint64_t areaIdPrefix, uint32_t mask) {
     const uint32_t key[] = {lowHalf(areaIdPrefix), highHalf(areaIdPrefix), mask};
-    return removeFirst(slot, key, kAreaAggregates, anyRecord);
+    return removeFirst(slot, key, kAreaAggregateKind, anyRecord);
 }
 
 uint32_t ucOspfVirtualLinkDelete(uint32_t slot, uint64_t areaIdPeer) {
     const uint32_t key[] = {lowHalf(areaIdPeer), highHalf(areaIdPeer)};
-    return removeFirst(slot, key, kVirtualLinks, anyRecord);
+    return removeFirst(slot, key, kVirtualLinkKind, anyRecord);
 }
 
 uint32_t ucOspfNetworkDelete(uint32_t slot, uint64_t addressMask) {
     const uint32_t key[] = {lowHalf(addressMask), highHalf(addressMask)};
-    return removeFirst(slot, key, kNetworks, anyRecord);
+    return removeFirst(slot, key, kNetworkKind, anyRecord);
 }
 
 uint32_t ucOspfRedistribute(uint32_t slot, uint32_t set, uint32_t source, uint32_t metric,
                             uint32_t hasMetric, uint32_t metricType, uint32_t hasMetricType,
                             uint32_t sourceProcessId) {
     const ModelLock lock;
-    dlist *list = listOf(slot, &OspfProcessCfg::redistributions);
-    dlist_node *node = find(list, ucOspfRedistributeComp, &source);
+    dlist *list = listAt(slot, kRedistributions.handle);
+    dlist_node *node = findNode(list, ucOspfRedistributeComp, &source);
     if (set != kFlagSet) {
         if (node == nullptr) {
             return kNothingThere;
@@ -346,6 +347,6 @@ int32_t ucOspfRedistributeComp(void *key, void *data) {
     if (key == nullptr || data == nullptr) {
         return kDifferent;
     }
-    const auto source = static_cast<uint32_t>(numberAt(key));
+    const auto source = wordAt(key);
     return static_cast<const OspfRedistributeCfg *>(data)->source == source ? kEqual : kDifferent;
 }
