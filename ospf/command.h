@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// What the OSPF commands share: their text, the two instances, and the formats that tables hold.
+// What the OSPF commands share: their text, the two instances, and recording what was accepted.
 #ifndef FRRUCI_OSPF_COMMAND_H
 #define FRRUCI_OSPF_COMMAND_H
 
@@ -8,34 +8,33 @@
 #include <cstdio>
 #include <cstring>
 
+#include "ospf/results.h"
+#include "ospf/uc_ospf.h"
 #include "ospf/vty_ospf.h"
 #include "vty/session.h"
 
 namespace frruci::ospf {
 
+inline constexpr uint32_t kSet = 1;
+inline constexpr uint32_t kUnset = 0;
+
+// ---- text ----
+
 using CommandText = char[vty::kCommandBytes];
 
 inline constexpr std::size_t kPieceBytes = 64;
-
-struct Instance {
-    uint32_t selector;
-    uint16_t processId;
-};
-
-/// WAN first, then LAN: the order in which a setting of both is sent and recorded.
-inline constexpr Instance kInstances[] = {
-    {1, 1},
-    {0, 2},
-};
-
-inline constexpr uint32_t kNoSlot = UINT32_MAX; // of ucOspfHasProcessId
 
 /// A missing text argument is an empty one.
 inline const char *orEmpty(const char *text) {
     return text == nullptr ? "" : text;
 }
 
-/// Formats one piece, cut at 63 characters, behind the text, which is cut at its last byte.
+/// A table's text for a number; empty for a number that has none.
+template <std::size_t N> const char *textAt(const char *const (&texts)[N], uint32_t index) {
+    return index < N ? texts[index] : "";
+}
+
+/// Formats one piece, cut at 63 characters, after the text, which is cut at its last byte.
 [[gnu::format(printf, 2, 3)]] inline void append(CommandText &text, const char *piece, ...) {
     char formatted[kPieceBytes];
     va_list arguments;
@@ -45,49 +44,47 @@ inline const char *orEmpty(const char *text) {
     strncat(text, formatted, sizeof text - 1 - strlen(text));
 }
 
+// ---- instances ----
+
+struct Instance {
+    uint32_t selector;
+    uint16_t processId;
+};
+
+inline constexpr Instance kWan = {.selector = 1, .processId = 1};
+inline constexpr Instance kLan = {.selector = 0, .processId = 2};
+
+/// Runs step(instance) for the WAN and then for the LAN; 0, or the first failure, which ends it.
+template <typename Step> uint32_t forBoth(Step step) {
+    const uint32_t result = step(kWan);
+    return result == kDone ? step(kLan) : result;
+}
+
+/// The same for slots: step(slot) where the instance has one.
+template <typename Step> uint32_t forBothSlots(Step step) {
+    return forBoth([&step](const Instance &instance) {
+        const uint32_t slot = ucOspfHasProcessId(instance.processId);
+        return slot != kNoSlot ? step(slot) : kDone;
+    });
+}
+
+/// Sends the command in the router context, once for each instance.
+inline uint32_t sendToBoth(const char *command) {
+    return forBoth([command](const Instance &instance) {
+        return vtyOspfConfigOspf(0, command, instance.selector);
+    });
+}
+
+/// What a command comes to: record() once it was accepted, else the failure of the sending.
+template <typename Record> uint32_t onceAccepted(uint32_t sent, Record record) {
+    return sent == kDone ? record() : sent;
+}
+
+// ---- keys of the model ----
+
 /// A key of two words, as the model's list routines take it.
 constexpr uint64_t wordPair(uint32_t first, uint32_t second) {
     return static_cast<uint64_t>(second) << 32 | first;
-}
-
-/// Delivers the command once for each instance; 0, or the first failure.
-inline uint32_t deliverToBoth(const char *command) {
-    for (const Instance &instance : kInstances) {
-        const uint32_t result = vtyOspfConfigOspf(0, command, instance.selector);
-        if (result != 0) {
-            return result;
-        }
-    }
-    return 0;
-}
-
-/// Whether a table's format takes no argument other than at most one int.
-constexpr bool takesAtMostOneInt(const char *text) {
-    int ints = 0;
-    for (; *text != '\0'; ++text) {
-        if (*text == '%') {
-            ++text;
-            if (*text != 'd') {
-                return false;
-            }
-            ++ints;
-        }
-    }
-    return ints <= 1;
-}
-
-/// Whether the rows of a table of settings stand in the order of their keys, without a gap, and
-/// their formats suit the one int that they get.
-template <typename Row, std::size_t N>
-constexpr bool isInKeyOrder(const Row (&rows)[N], uint32_t firstKey) {
-    uint32_t key = firstKey;
-    for (const Row &row : rows) {
-        if (row.key != key || !takesAtMostOneInt(row.set) || !takesAtMostOneInt(row.unset)) {
-            return false;
-        }
-        ++key;
-    }
-    return true;
 }
 
 } // namespace frruci::ospf

@@ -3,78 +3,40 @@
 
 #include "ospf/frr_ospf.h"
 
-#include <unistd.h>
-
 #include "common/front_end.h"
+#include "ospf/command.h"
 #include "ospf/frr_ospf_process.h"
+#include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"
 #include "ospf/frr_ospf_words.h"
+#include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"
 
 namespace {
 
 using frruci::common::equals;
-using frruci::ospf::kEnableWord;
-using frruci::ospf::kNoVrf;
-using frruci::ospf::kWanWord;
-using frruci::ospf::loggedWord;
-using frruci::ospf::Words;
-
-constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua";
-constexpr const char *kNeighborPipe = "/tmp/tmp/ospf_pipe_c2lua_neighbor";
-constexpr const char *kDatabasePipe = "/tmp/tmp/ospf_pipe_c2lua_database";
+using namespace frruci::ospf;
 
 constexpr int32_t kGlobalWords = 2;
 constexpr int32_t kNetworkWords = 4;
 constexpr int32_t kInterfaceShowWords = 1;
 constexpr int32_t kInterfaceWords = 4;
+constexpr int32_t kPasswordWords = kInterfaceWords + 1;
+constexpr int32_t kDigestWords = kInterfaceWords + 2;
 constexpr int32_t kAdvertiseWords = 4;
 constexpr int32_t kProcessWords = 7;
 
-constexpr int32_t kSimplePasswordWords = kInterfaceWords + 1;
-constexpr int32_t kMessageDigestWords = kInterfaceWords + 2;
-
 constexpr int32_t kFind = 0;
 constexpr int32_t kKill = 1;
-constexpr uint32_t kLanInstance = 0;
-constexpr uint32_t kWanInstance = 1;
-constexpr int32_t kOspfLines = 1;
 constexpr uint32_t kGiven = 1;
-constexpr uint32_t kSet = 1;
-
-constexpr useconds_t kEndMarkPauseUs = 10000;
-
-// Fixed by the interface: a refusal is only logged, and every reply is "ok".
-void replyOk(const char *pipe = kReplyPipe) {
-    (void)write_pipe_to_lua("ok", pipe); // without a pipe there is nobody to tell
-}
-
-/// The line of a log message is that of the call or table row that failed.
-void logFailure(uint32_t status, const char *what, int line = __builtin_LINE()) {
-    if (status != 0) {
-        (void)record_log_act("frr_ospf:%d:  ret=%d, %s\n", line, static_cast<int32_t>(status),
-                             what);
-    }
-}
 
 // Fixed by the interface: one wording for every keyword.
 void logInterfaceFailure(uint32_t status, int line = __builtin_LINE()) {
     logFailure(status, "ip_ospf_cost, failed", line);
 }
 
-void logShowFailure(uint32_t status, int line) {
-    logFailure(status, "swOspfShowOspf, failed", line);
-}
-
 uint32_t flag(bool value) {
     return value ? 1 : 0;
-}
-
-void showInterfaces(int line = __builtin_LINE()) {
-    (void)record_log_act("frr_ospf:%d: swOspfShowOspf\n", __LINE__);
-    const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, "interface", kOspfLines));
-    replyOk();
-    logShowFailure(status, line);
 }
 
 struct Interface {
@@ -91,13 +53,13 @@ void setAuthentication(const Interface &interface, const Words &words) {
     const int32_t type = words.number(3);
     logInterfaceFailure(ip_ospf_auth(kNoVrf, interface.name, interface.wan, kSet, type));
     // Fixed by the interface: the results of the key commands are not looked at.
-    if (type == frruci::ospf::kSimplePassword) {
-        if (words.count() < kSimplePasswordWords) {
+    if (type == kSimplePassword) {
+        if (words.count() < kPasswordWords) {
             return leaveUnanswered();
         }
         (void)ip_ospf_auth_key(kNoVrf, interface.name, interface.wan, kSet, words[4]);
-    } else if (type == frruci::ospf::kMessageDigest) {
-        if (words.count() < kMessageDigestWords) {
+    } else if (type == kMessageDigest) {
+        if (words.count() < kDigestWords) {
             return leaveUnanswered();
         }
         (void)ip_ospf_auth_md5key(kNoVrf, interface.name, interface.wan, kSet, words.number(4),
@@ -107,7 +69,7 @@ void setAuthentication(const Interface &interface, const Words &words) {
 }
 
 void setByKeyword(const Interface &interface, const Words &words) {
-    for (const auto &keyword : frruci::ospf::interfaceKeywords()) {
+    for (const auto &keyword : interfaceKeywords()) {
         if (words.is(2, keyword.word)) {
             logInterfaceFailure(keyword.apply(interface.name, interface.wan, words.number(3)),
                                 keyword.line);
@@ -115,13 +77,6 @@ void setByKeyword(const Interface &interface, const Words &words) {
         }
     }
     replyOk();
-}
-
-void showRows(const char *what, const char *pipe, int line = __builtin_LINE()) {
-    const auto status = static_cast<uint32_t>(swOspfShowOspf(kNoVrf, what, kOspfLines));
-    (void)usleep(kEndMarkPauseUs); // a signal may cut it short
-    replyOk(pipe);
-    logShowFailure(status, line);
 }
 
 void switchOff() {
@@ -157,8 +112,8 @@ void process_ospf_network(int32_t argc, char **argv) {
     (void)record_log_act("frr_ospf:%d: process_ospf_network %s %s %s %s\n", __LINE__, words[0],
                          words[1], words[2], words[3]);
     const auto area = static_cast<uint32_t>(words.number(3));
-    for (const uint32_t instance : {kLanInstance, kWanInstance}) {
-        if (swOspfNetwork(1, words[1], words[2], area, flag(words.is(0, "add")), instance) != 0) {
+    for (const uint32_t selector : kLanThenWan) {
+        if (swOspfNetwork(1, words[1], words[2], area, flag(words.is(0, "add")), selector) != 0) {
             (void)record_log_act("frr_ospf:%d: process_ospf_network failed.\n\n", __LINE__);
         }
     }
@@ -181,7 +136,7 @@ void process_ospf_interface(int32_t argc, char **argv) {
         return;
     }
     const Interface interface = {words[0], words.is(1, kWanWord) ? 1 : 0};
-    if (words.is(2, frruci::ospf::kAuthenticationWord)) {
+    if (words.is(2, kAuthenticationWord)) {
         setAuthentication(interface, words);
     } else {
         setByKeyword(interface, words);
@@ -204,20 +159,23 @@ void process_ospf_ospf_cfg(int32_t argc, char **argv) {
     if (words.count() < kProcessWords) {
         return;
     }
-    frruci::ospf::applyProcessOptions(
-        {words[0], words[1], words[2], words[3], words[4], words[5], words[6]}, logFailure);
+    applyProcessOptions({words[0], words[1], words[2], words[3], words[4], words[5], words[6]},
+                        logFailure);
     replyOk();
 }
 
-void process_ospf_neighbor(void) {
-    showRows("neighbor", kNeighborPipe);
-}
-
-void process_ospf_lsdb(void) {
-    showRows("database", kDatabasePipe);
-}
-
 namespace frruci::ospf {
+
+void replyOk(const char *pipe) {
+    (void)write_pipe_to_lua("ok", pipe); // without a pipe there is nobody to tell
+}
+
+void logFailure(uint32_t status, const char *what, int line) {
+    if (status != 0) {
+        (void)record_log_act("frr_ospf:%d:  ret=%d, %s\n", line, static_cast<int32_t>(status),
+                             what);
+    }
+}
 
 void applyProcessOptions(const ProcessOptions &options, FailureLog log) {
     using common::number;

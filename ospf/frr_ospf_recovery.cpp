@@ -10,22 +10,20 @@
 #include "common/front_end.h"
 #include "common/frr_uci.h"
 #include "common/text.h"
+#include "ospf/command.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_settings.h"
+#include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"
 
 namespace {
 
 using frruci::common::equals;
 using frruci::common::number;
-using frruci::ospf::kNoVrf;
-using frruci::ospf::kWanWord;
+using namespace frruci::ospf;
 
 constexpr const char *kPackage = "ospf";
-constexpr int32_t kSet = 1;
-constexpr uint32_t kLanInstance = 0;
-constexpr uint32_t kWanInstance = 1;
 constexpr std::size_t kValueBytes = 64;
 
 using Value = std::array<char, kValueBytes>;
@@ -110,23 +108,21 @@ struct StoredInterface {
 };
 
 void replayNumbers(const StoredInterface &stored) {
-    for (const auto &keyword : frruci::ospf::interfaceKeywords()) {
+    for (const auto &keyword : interfaceKeywords()) {
         const int32_t value = stored.value(keyword.word);
-        // Fixed by the interface: no "no" form of passive is ever replayed.
-        if (equals(keyword.word, frruci::ospf::kPassiveWord) && value != 1) {
-            continue;
+        if (keyword.replay == Replay::kAlways || value == 1) {
+            logInterfaceFailure(keyword.apply(stored.name, stored.wan, value), keyword.line);
         }
-        logInterfaceFailure(keyword.apply(stored.name, stored.wan, value), keyword.line);
     }
 }
 
 uint32_t replayAuthentication(const StoredInterface &stored) {
-    const int32_t type = stored.value(frruci::ospf::kAuthenticationWord);
+    const int32_t type = stored.value(kAuthenticationWord);
     logInterfaceFailure(ip_ospf_auth(kNoVrf, stored.name, stored.wan, kSet, type));
     switch (type) {
-    case frruci::ospf::kSimplePassword:
+    case kSimplePassword:
         return ip_ospf_auth_key(kNoVrf, stored.name, stored.wan, kSet, stored.text("simple_key"));
-    case frruci::ospf::kMessageDigest:
+    case kMessageDigest:
         return ip_ospf_auth_md5key(kNoVrf, stored.name, stored.wan, kSet,
                                    stored.value("md5_key_id"), stored.text("md5_key"));
     default:
@@ -164,10 +160,9 @@ void ospf_recovery_adv_cfg(void) {
 
 void ospf_recovery_ospf_cfg(void) {
     const auto values = readAll("ospf_cfg", kProcessOptions);
-    frruci::ospf::applyProcessOptions({values[0].data(), values[1].data(), values[2].data(),
-                                       values[3].data(), values[4].data(), values[5].data(),
-                                       values[6].data()},
-                                      logFailure);
+    applyProcessOptions({values[0].data(), values[1].data(), values[2].data(), values[3].data(),
+                         values[4].data(), values[5].data(), values[6].data()},
+                        logFailure);
 }
 
 void ospf_recovery_network(void) {
@@ -185,10 +180,10 @@ int32_t ospf_recovery_network_from_section(uci_context *context, uci_section *se
     if (area == nullptr || mask == nullptr || address == nullptr) {
         return 0;
     }
-    for (const uint32_t instance : {kLanInstance, kWanInstance}) {
+    for (const uint32_t selector : kLanThenWan) {
         // A refused statement keeps neither the other instance nor the next section from theirs.
         (void)swOspfNetwork(kNoVrf, address, mask, static_cast<uint32_t>(number(area)), kSet,
-                            instance);
+                            selector);
     }
     return 0;
 }

@@ -14,22 +14,24 @@ inline constexpr const char *kEnableWord = "enable";
 
 inline constexpr uint16_t kNoVrf = 0;
 
-// Authentication types of the front-end and the store.
-inline constexpr int32_t kSimplePassword = 1;
-inline constexpr int32_t kMessageDigest = 2;
+/// Selectors of the instances, in the order in which a network goes to them.
+inline constexpr uint32_t kLanThenWan[] = {0, 1};
+
+/// Fixed by the interface: the "no" form of passive is never replayed.
+enum class Replay : uint8_t { kAlways, kWhenOne };
 
 /// One interface setting with a single number; the word is both the handler's keyword and the
 /// name of the stored option.
 struct InterfaceKeyword {
     const char *word;
     uint32_t (*apply)(const char *name, int32_t wan, int32_t value);
+    Replay replay;
     int line; ///< of the row, for the log
 };
 
 /// In the order in which the replay sends them.
 std::span<const InterfaceKeyword> interfaceKeywords();
 
-inline constexpr const char *kPassiveWord = "passive";
 inline constexpr const char *kAuthenticationWord = "auto_type";
 
 /// Texts of the process-wide options, in the order of the handler's words.

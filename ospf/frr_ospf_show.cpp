@@ -1,28 +1,27 @@
 // SPDX-License-Identifier: Apache-2.0
-// Show commands of ospfd, and the handlers that take their output line by line.
+// The display: what the pages ask for, the show commands of ospfd, and the rows that its lines
+// become.
 
 #include <arpa/inet.h>
+#include <unistd.h>
 
 #include "common/front_end.h"
 #include "common/text.h"
+#include "ospf/command.h"
 #include "ospf/frr_ospf.h"
+#include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"
-#include "ospf/vty_ospf.h"
-#include "vty/session.h"
 
 namespace {
 
 using frruci::common::equals;
 using frruci::common::format;
-using frruci::vty::kCommandBytes;
-
-constexpr int32_t kShown = 0;
-constexpr int32_t kShowFailed = 1;
+using namespace frruci::ospf;
 
 constexpr const char *kSocket = "/var/ospfd.vty";
-constexpr uint32_t kWanPass = 1;
-constexpr uint32_t kLanPass = 0;
 constexpr int32_t kRipLines = 0;
+constexpr int32_t kOspfLines = 1;
+constexpr useconds_t kEndMarkPauseUs = 10000;
 
 // Fixed by the interface: the two WAN banners differ by one star.
 constexpr const char *kShowBanner =
@@ -34,43 +33,56 @@ constexpr const char *kLanDatabaseBanner =
 
 enum Kind : uint32_t { kOther, kInterface, kNeighbor, kDatabase };
 
-struct KindWord {
+struct Shown {
     Kind kind;
-    const char *word;
+    const char *what;
+    const char *pipe; ///< for its rows; null when they go to the store
 };
 
-constexpr KindWord kKindWords[] = {
-    {kInterface, "interface"},
-    {kNeighbor,  "neighbor" },
-    {kDatabase,  "database" },
+constexpr Shown kShown[] = {
+    {kInterface, "interface", nullptr                            },
+    {kNeighbor,  "neighbor",  "/tmp/tmp/ospf_pipe_c2lua_neighbor"},
+    {kDatabase,  "database",  "/tmp/tmp/ospf_pipe_c2lua_database"},
 };
+
+constexpr const Shown &shown(Kind kind) {
+    return kShown[kind - kInterface];
+}
 
 Kind kindOf(const char *what) {
-    for (const KindWord &row : kKindWords) {
-        if (equals(what, row.word)) {
+    for (const Shown &row : kShown) {
+        if (equals(what, row.what)) {
             return row.kind;
         }
     }
     return kOther;
 }
 
-int32_t show(const char *banner, const char *command, Kind kind, uint32_t pass, int32_t mode) {
+uint32_t sendShow(const char *banner, const char *command, Kind kind, const Instance &pass,
+                  int32_t mode) {
     (void)puts(banner);
-    return vtyPrint(command, kSocket, kind, pass, mode) == 0 ? kShown : kShowFailed;
+    return vtyPrint(command, kSocket, kind, pass.selector, mode) == 0 ? kDone : kRefused;
 }
 
-const char *when(uint32_t given, const char *text) {
+/// What a page's show comes to.
+uint32_t showForPage(Kind kind) {
+    return static_cast<uint32_t>(swOspfShowOspf(kNoVrf, shown(kind).what, kOspfLines));
+}
+
+void showRows(Kind kind, int line = __builtin_LINE()) {
+    const uint32_t status = showForPage(kind);
+    (void)usleep(kEndMarkPauseUs); // a signal may cut it short
+    replyOk(shown(kind).pipe);
+    logFailure(status, "swOspfShowOspf, failed", line);
+}
+
+const char *ifGiven(uint32_t given, const char *text) {
     return given != 0 ? text : "";
 }
 
-// Rows for the front-end.
-
-constexpr const char *kNeighborPipe = "/tmp/tmp/ospf_pipe_c2lua_neighbor";
-constexpr const char *kDatabasePipe = "/tmp/tmp/ospf_pipe_c2lua_database";
-
 constexpr std::size_t kRowBytes = 257;
 
-/// Copies the first word of a line that is short enough to be an address; only blanks separate.
+/// Copies the first word of a line that is short enough to be an address; only spaces separate.
 template <std::size_t N> bool firstWord(const char *line, char (&word)[N]) {
     line += strspn(line, " ");
     const std::size_t length = strcspn(line, " ");
@@ -82,42 +94,48 @@ template <std::size_t N> bool firstWord(const char *line, char (&word)[N]) {
     return true;
 }
 
-// Drops headings, blank lines and the daemon's remarks.
-void forwardRow(const char *line, const char *pipe) {
+// Drops headings, empty lines and the daemon's remarks.
+void forwardRow(const char *line, Kind kind) {
     char row[kRowBytes + 1] = {};
     memcpy(row, line, kRowBytes);
     char word[kRowBytes + 1];
     in_addr address = {};
     if (firstWord(row, word) && inet_aton(word, &address) != 0) {
-        (void)write_pipe_to_lua(row, pipe); // without a pipe there is nobody to tell
+        (void)write_pipe_to_lua(row, shown(kind).pipe); // without a pipe there is nobody to tell
     }
 }
 
 } // namespace
 
-int32_t swOspfShowOspf(uint16_t, const char *what, int32_t mode) {
-    what = what == nullptr ? "" : what;
-    char command[kCommandBytes];
+int32_t swOspfShowOspf(uint16_t /*vrf*/, const char *what, int32_t mode) {
+    what = orEmpty(what);
+    CommandText command;
     format(command, "show ip ospf %s", what);
-    return show(kShowBanner, command, kindOf(what), kWanPass, mode);
+    return static_cast<int32_t>(sendShow(kShowBanner, command, kindOf(what), kWan, mode));
 }
 
-int32_t swOspfShowOspfDatabase(uint16_t, const OspfDatabaseRequest *request) {
+int32_t swOspfShowOspfDatabase(uint16_t /*vrf*/, const OspfDatabaseRequest *request) {
     if (request == nullptr) {
-        return kShowFailed;
+        return static_cast<int32_t>(kRefused);
     }
     const bool self = request->self_originate != 0;
     const bool byRouter = !self && request->has_adv_router != 0;
-    char command[kCommandBytes];
-    format(command, "show ip ospf database %.64s %.64s %s%.64s",
-           request->lsa_type == nullptr ? "" : request->lsa_type,
-           when(request->has_link_state_id, request->link_state_id),
-           self ? "self-originate" : when(byRouter, "adv-router "),
-           when(byRouter, request->adv_router));
-    if (show(kWanDatabaseBanner, command, kDatabase, kWanPass, kRipLines) != kShown) {
-        return kShowFailed;
-    }
-    return show(kLanDatabaseBanner, command, kDatabase, kLanPass, kRipLines);
+    CommandText command;
+    format(command, "show ip ospf database %.64s %.64s %s%.64s", orEmpty(request->lsa_type),
+           ifGiven(request->has_link_state_id, request->link_state_id),
+           self ? "self-originate" : ifGiven(byRouter, "adv-router "),
+           ifGiven(byRouter, request->adv_router));
+    const uint32_t wan = sendShow(kWanDatabaseBanner, command, kDatabase, kWan, kRipLines);
+    return static_cast<int32_t>(onceAccepted(
+        wan, [&] { return sendShow(kLanDatabaseBanner, command, kDatabase, kLan, kRipLines); }));
+}
+
+void process_ospf_neighbor(void) {
+    showRows(kNeighbor);
+}
+
+void process_ospf_lsdb(void) {
+    showRows(kDatabase);
 }
 
 void handle_ospf_show(char *line, uint32_t kind, uint32_t arg) {
@@ -135,12 +153,23 @@ void handle_ospf_show(char *line, uint32_t kind, uint32_t arg) {
 
 void handle_ospf_show_neighbor(char *line) {
     if (line != nullptr) {
-        forwardRow(line, kNeighborPipe);
+        forwardRow(line, kNeighbor);
     }
 }
 
 void handle_ospf_show_database(char *line, uint32_t arg) {
     if (line != nullptr && arg != 0) {
-        forwardRow(line, kDatabasePipe);
+        forwardRow(line, kDatabase);
     }
 }
+
+namespace frruci::ospf {
+
+void showInterfaces(int line) {
+    (void)record_log_act("frr_ospf:%d: swOspfShowOspf\n", __LINE__);
+    const uint32_t status = showForPage(kInterface);
+    replyOk();
+    logFailure(status, "swOspfShowOspf, failed", line);
+}
+
+} // namespace frruci::ospf

@@ -49,7 +49,7 @@ struct LineWords {
     std::size_t count = 0;
 };
 
-void store(const char *option, const char *value, int line = __builtin_LINE()) {
+void storeOption(const char *option, const char *value, int line = __builtin_LINE()) {
     const int32_t status = frr_uci_set(kPackage, currentSection, option, value);
     if (status != 0) {
         (void)record_log_act("frr_ospf:%d:  ret=%d, frr_uci_set failed, section name is %s\n", line,
@@ -66,18 +66,18 @@ void beginInterface(const char *name) {
     for (char &character : currentSection) {
         character = character == '.' ? '_' : character; // a section's name has no dots
     }
-    store("working", "on");
+    storeOption("working", "on");
 }
 
 void storeTypeAndCost(const LineWords &line) {
     for (const StoredType &type : kStoredTypes) {
         if (line.startsWith(5, type.word)) {
-            store("network_type", type.code);
+            storeOption("network_type", type.code);
         }
     }
     if (line.startsWith(6, "Cost")) {
         // Fixed by the interface: the word is stored with its line end.
-        store("cost", line.words[7]);
+        storeOption("cost", line.words[7]);
     }
 }
 

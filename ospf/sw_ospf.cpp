@@ -5,12 +5,15 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <iterator>
 
 #include "common/address.h"
 #include "common/front_end.h"
 #include "common/shell.h"
 #include "common/text.h"
 #include "ospf/command.h"
+#include "ospf/field.h"
+#include "ospf/numbers.h"
 #include "ospf/uc_ospf_defaults.h"
 
 namespace {
@@ -18,31 +21,11 @@ namespace {
 using frruci::common::format;
 using namespace frruci::ospf;
 
-constexpr uint32_t kDone = 0;
-constexpr uint32_t kNothingToRemove = 1;
-constexpr uint32_t kEnableFailed = 4;
-
-constexpr uint16_t kWanProcess = 1;
-constexpr uint16_t kLanProcess = 2;
-
 constexpr uint32_t kKindUp = 1;
 constexpr uint32_t kVlanIdMask = 0xffff;
 
-// Fixed by the interface.
-constexpr int kNetworkLogLine = 1025;
-
-constexpr OspfBasicParaKey kRouterId = 0;
-constexpr OspfBasicParaKey kGracefulRestart = 1;
-constexpr OspfBasicParaKey kReferenceBandwidth = 2;
-constexpr OspfBasicParaKey kRfc1583 = 3;
-constexpr OspfBasicParaKey kDefaultMetric = 4;
-constexpr OspfBasicParaKey kDistance = 5;
-constexpr OspfBasicParaKey kPassiveDefault = 6;
-constexpr OspfBasicParaKey kMaximumPaths = 7;
-constexpr OspfBasicParaKey kSpfTimers = 8;
-
 struct RouterSetting {
-    OspfBasicParaKey key;
+    RouterKey key;
     const char *set;
     const char *unset;
 };
@@ -50,31 +33,51 @@ struct RouterSetting {
 // Fixed by the interface: the distance is unset with a text of another form. ospfd accepts it and
 // keeps its distance, so that the model's 110 is no longer the daemon's.
 constexpr RouterSetting kRouterSettings[] = {
-    {kGracefulRestart,    "graceful-restart",                 "no graceful-restart"             },
-    {kReferenceBandwidth, "auto-cost reference-bandwidth %d", "no auto-cost reference-bandwidth"},
-    {kRfc1583,            "compatible rfc1583",               "no compatible rfc1583"           },
-    {kDefaultMetric,      "default-metric %d",                "no default-metric"               },
-    {kDistance,           "distance %d",                      "no distance ospf"                },
-    {kPassiveDefault,     "passive-interface default",        "no passive-interface default"    },
-    {kMaximumPaths,       "maximum-paths %d",                 "no maximum-paths"                },
+    {kGracefulRestartKey,    "graceful-restart",                 "no graceful-restart"         },
+    {kReferenceBandwidthKey, "auto-cost reference-bandwidth %d",
+     "no auto-cost reference-bandwidth"                                                        },
+    {kRfc1583Key,            "compatible rfc1583",               "no compatible rfc1583"       },
+    {kDefaultMetricKey,      "default-metric %d",                "no default-metric"           },
+    {kDistanceKey,           "distance %d",                      "no distance ospf"            },
+    {kPassiveDefaultKey,     "passive-interface default",        "no passive-interface default"},
+    {kMaximumPathsKey,       "maximum-paths %d",                 "no maximum-paths"            },
 };
-static_assert(isInKeyOrder(kRouterSettings, kGracefulRestart));
 
-/// One row's setting, told to and recorded for one instance after the other.
-uint32_t apply(OspfBasicParaKey key, uint32_t set, int32_t value = 0) {
-    const RouterSetting &setting = kRouterSettings[key - kGracefulRestart];
-    CommandText command;
-    format(command, set != 0 ? setting.set : setting.unset, value);
-    for (const Instance &instance : kInstances) {
-        uint32_t result = vtyOspfConfigOspf(0, command, instance.selector);
-        if (result == kDone) {
-            result = ucIpOpsfBasicSetParaByKey(instance.processId, set, &value, key);
-        }
-        if (result != kDone) {
-            return result;
+/// Whether a table's format takes no argument other than at most one int.
+constexpr bool takesAtMostOneInt(const char *text) {
+    int ints = 0;
+    for (; *text != '\0'; ++text) {
+        if (*text == '%') {
+            ++text;
+            if (*text != 'd') {
+                return false;
+            }
+            ++ints;
         }
     }
-    return kDone;
+    return ints <= 1;
+}
+
+constexpr bool textsTakeTheirValue() {
+    for (const RouterSetting &row : kRouterSettings) {
+        if (!takesAtMostOneInt(row.set) || !takesAtMostOneInt(row.unset)) {
+            return false;
+        }
+    }
+    return isInKeyOrder(kRouterSettings, kGracefulRestartKey);
+}
+static_assert(textsTakeTheirValue());
+
+/// One row's setting, told to and recorded for one instance after the other.
+uint32_t applySetting(RouterKey key, uint32_t set, int32_t value = 0) {
+    const RouterSetting &setting = kRouterSettings[key - kGracefulRestartKey];
+    CommandText command;
+    format(command, set != 0 ? setting.set : setting.unset, value);
+    return forBoth([&](const Instance &instance) {
+        return onceAccepted(vtyOspfConfigOspf(0, command, instance.selector), [&] {
+            return ucIpOpsfBasicSetParaByKey(instance.processId, set, &value, key);
+        });
+    });
 }
 
 uint32_t applyRouterId(const Instance &instance, uint32_t set, const char *routerId) {
@@ -85,15 +88,13 @@ uint32_t applyRouterId(const Instance &instance, uint32_t set, const char *route
         format(command, "no ospf router-id");
     }
     uint32_t result = vtyOspfConfigOspf(0, command, instance.selector);
-    if (result != kDone) {
-        return result;
+    if (result == kDone) {
+        char reply[frruci::vty::kReplyBytes] = {};
+        result = vtyOspfShowOspf(0, "clear ip ospf process", reply, instance.selector);
     }
-    char reply[frruci::vty::kReplyBytes] = {};
-    result = vtyOspfShowOspf(0, "clear ip ospf process", reply, instance.selector);
-    if (result != kDone) {
-        return result;
-    }
-    return ucIpOpsfBasicSetParaByKey(instance.processId, set, routerId, kRouterId);
+    return onceAccepted(result, [&] {
+        return ucIpOpsfBasicSetParaByKey(instance.processId, set, routerId, kRouterIdKey);
+    });
 }
 
 /// Fixed by the interface: seeds the host's random numbers and draws one. The address drawn is not
@@ -117,7 +118,7 @@ struct DefaultRoute {
     int32_t metricType;
 };
 
-void store(OspfProcessCfg &record, const DefaultRoute &route) {
+void storeRoute(OspfProcessCfg &record, const DefaultRoute &route) {
     record.defaultRouteAdvertise = route.set ? 1 : 0;
     if (!route.set) {
         record.always = kProcessDefaults.always;
@@ -136,7 +137,7 @@ void store(OspfProcessCfg &record, const DefaultRoute &route) {
     }
 }
 
-void compose(CommandText &command, const DefaultRoute &route) {
+void composeRoute(CommandText &command, const DefaultRoute &route) {
     if (!route.set) {
         format(command, "no default-information originate");
         return;
@@ -153,9 +154,18 @@ void compose(CommandText &command, const DefaultRoute &route) {
     }
 }
 
-/// By OspfRedistSource. The row of source 0 is empty: such a command is sent bare.
+uint32_t recordRoute(uint32_t slot, const DefaultRoute &route) {
+    OspfProcessCfg record;
+    const uint32_t result = ucOspfGetCfg(slot, &record);
+    if (result != kDone) {
+        return result;
+    }
+    storeRoute(record, route);
+    return ucOspfSetCfg(slot, &record);
+}
+
+/// By OspfRedistSource. Source 0 has no word: its command is sent bare.
 constexpr const char *kSourceWords[] = {"", "connect ", "ospf %d ", "rip ", "static "};
-constexpr uint32_t kSources = sizeof kSourceWords / sizeof *kSourceWords;
 
 uint32_t recordNetwork(uint32_t slot, uint32_t set, const char *address, const char *mask,
                        uint32_t areaId) {
@@ -164,7 +174,7 @@ uint32_t recordNetwork(uint32_t slot, uint32_t set, const char *address, const c
     const uint64_t key = wordPair(record.address, record.mask);
     if (set == 0) {
         const uint32_t result = ucOspfNetworkDelete(slot, key);
-        return result == kNothingToRemove ? kDone : result;
+        return result == kNothingThere ? kDone : result;
     }
     OspfNetworkCfg held;
     if (ucOspfNetworkGetCfg(slot, key, &held) == kDone) {
@@ -205,7 +215,7 @@ uint32_t swOspfProcessCreateById(uint16_t /*processId*/, uint32_t selector) {
 uint32_t swOspfEnableProcess(uint16_t processId, uint32_t selector) {
     if (swOspfProcessCreateById(processId, selector) != kDone ||
         ucOspfEnableProcess(processId) != kDone) {
-        return kEnableFailed;
+        return kNoRoom;
     }
     return kDone;
 }
@@ -213,15 +223,13 @@ uint32_t swOspfEnableProcess(uint16_t processId, uint32_t selector) {
 uint32_t swOspfDisableProcess(uint16_t processId) {
     CommandText command;
     format(command, "no router ospf %d", processId);
-    const uint32_t result = vtyOspfConfigOspf(0, command, 0);
-    if (result != kDone) {
-        return result;
-    }
-    const uint32_t slot = swOspfHasProcessId(processId);
-    if (slot != kNoSlot) {
-        (void)ucOspfDefaultProcessByNum(slot); // the slot is there
-    }
-    return kDone;
+    return onceAccepted(vtyOspfConfigOspf(0, command, 0), [processId] {
+        const uint32_t slot = swOspfHasProcessId(processId);
+        if (slot != kNoSlot) {
+            (void)ucOspfDefaultProcessByNum(slot); // the slot is there
+        }
+        return kDone;
+    });
 }
 
 uint32_t swOspfGetVlanIdByUp(const OspfVlanRecord * /*record*/) {
@@ -239,40 +247,38 @@ uint32_t swOspfGetVlanIdByInf(uint32_t kind, const OspfVlanRecord *record, uint3
 }
 
 uint32_t swOspfRouterId(uint32_t /*unused*/, uint32_t set, const char *routerId) {
-    const uint32_t result = applyRouterId(kInstances[0], set, routerId);
-    if (result != kDone) {
-        return result;
-    }
-    drawRouterId();
-    return applyRouterId(kInstances[1], set, routerId);
+    return onceAccepted(applyRouterId(kWan, set, routerId), [=] {
+        drawRouterId();
+        return applyRouterId(kLan, set, routerId);
+    });
 }
 
 uint32_t swOspfGracefulRestart(uint32_t /*unused*/, uint32_t set) {
-    return apply(kGracefulRestart, set);
+    return applySetting(kGracefulRestartKey, set);
 }
 
 uint32_t swOspfRfc1583Compa(uint32_t /*unused*/, uint32_t set) {
-    return apply(kRfc1583, set);
+    return applySetting(kRfc1583Key, set);
 }
 
 uint32_t swOspfDefaultMetric(uint32_t /*unused*/, uint32_t set, int32_t metric) {
-    return apply(kDefaultMetric, set, metric);
+    return applySetting(kDefaultMetricKey, set, metric);
 }
 
 uint32_t swOspfdistance(uint32_t /*unused*/, uint32_t set, int32_t distance) {
-    return apply(kDistance, set, distance);
+    return applySetting(kDistanceKey, set, distance);
 }
 
 uint32_t swOspfMaxPaths(uint32_t /*unused*/, uint32_t set, int32_t paths) {
-    return apply(kMaximumPaths, set, paths);
+    return applySetting(kMaximumPathsKey, set, paths);
 }
 
 uint32_t swOspfAutoCostRef(uint32_t /*unused*/, uint32_t set, int32_t bandwidth) {
-    return apply(kReferenceBandwidth, set, bandwidth);
+    return applySetting(kReferenceBandwidthKey, set, bandwidth);
 }
 
 uint32_t swOspfPassiveInterface(uint32_t /*unused*/, uint32_t set) {
-    return apply(kPassiveDefault, set);
+    return applySetting(kPassiveDefaultKey, set);
 }
 
 uint32_t swOspfTimerThrottleSpf(uint32_t /*unused*/, uint32_t set, int32_t delay,
@@ -283,15 +289,13 @@ uint32_t swOspfTimerThrottleSpf(uint32_t /*unused*/, uint32_t set, int32_t delay
     } else {
         format(command, "no timers throttle spf");
     }
-    uint32_t result = deliverToBoth(command);
     const uint16_t timers[] = {static_cast<uint16_t>(delay), static_cast<uint16_t>(initialHold),
                                static_cast<uint16_t>(maximumHold)};
-    for (const Instance &instance : kInstances) {
-        if (result == kDone) {
-            result = ucIpOpsfBasicSetParaByKey(instance.processId, set, timers, kSpfTimers);
-        }
-    }
-    return result;
+    return onceAccepted(sendToBoth(command), [&] {
+        return forBoth([&](const Instance &instance) {
+            return ucIpOpsfBasicSetParaByKey(instance.processId, set, timers, kSpfTimersKey);
+        });
+    });
 }
 
 uint32_t swOspfOrignate(uint32_t /*unused*/, uint32_t always, int32_t metric, uint32_t hasMetric,
@@ -303,21 +307,10 @@ uint32_t swOspfOrignate(uint32_t /*unused*/, uint32_t always, int32_t metric, ui
                                 .metric = metric,
                                 .metricType = metricType};
     CommandText command;
-    compose(command, route);
-    uint32_t result = deliverToBoth(command);
-    for (const Instance &instance : kInstances) {
-        const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        OspfProcessCfg record;
-        if (result != kDone || slot == kNoSlot) {
-            continue;
-        }
-        result = ucOspfGetCfg(slot, &record);
-        if (result == kDone) {
-            store(record, route);
-            result = ucOspfSetCfg(slot, &record);
-        }
-    }
-    return result;
+    composeRoute(command, route);
+    return onceAccepted(sendToBoth(command), [&] {
+        return forBothSlots([&](uint32_t slot) { return recordRoute(slot, route); });
+    });
 }
 
 uint32_t swOspfNetwork(uint32_t /*unused*/, const char *address, const char *mask, uint32_t areaId,
@@ -326,20 +319,20 @@ uint32_t swOspfNetwork(uint32_t /*unused*/, const char *address, const char *mas
     CommandText command;
     format(command, "%snetwork %s/%d area %u", set != 0 ? "" : "no ", orEmpty(address), length,
            areaId);
-    (void)record_log_act("sw_ospf:%d: swOspfNetwork cmd = %s\n", kNetworkLogLine, command);
-    const uint32_t result = vtyOspfConfigOspf(0, command, selector);
-    if (result != kDone) {
-        return result;
-    }
-    const uint32_t slot = ucOspfHasProcessId(selector != 0 ? kWanProcess : kLanProcess);
-    return slot == kNoSlot ? kDone : recordNetwork(slot, set, address, mask, areaId);
+    // The number is fixed by the interface.
+    (void)record_log_act("sw_ospf:%d: swOspfNetwork cmd = %s\n", 1025, command);
+    return onceAccepted(vtyOspfConfigOspf(0, command, selector), [=] {
+        const Instance &instance = selector != 0 ? kWan : kLan;
+        const uint32_t slot = ucOspfHasProcessId(instance.processId);
+        return slot != kNoSlot ? recordNetwork(slot, set, address, mask, areaId) : kDone;
+    });
 }
 
 uint32_t swOspfRedistribute(uint32_t sourceProcessId, uint32_t set, uint32_t source, int32_t metric,
                             uint32_t hasMetric, int32_t metricType, uint32_t hasMetricType) {
     CommandText command;
     format(command, "%s", set != 0 ? "redistribute " : "no redistribute ");
-    if (source > 0 && source < kSources) {
+    if (source > 0 && source < std::size(kSourceWords)) {
         append(command, kSourceWords[source], static_cast<int32_t>(sourceProcessId));
         if (hasMetric != 0) {
             append(command, "metric %d ", metric);
@@ -348,14 +341,11 @@ uint32_t swOspfRedistribute(uint32_t sourceProcessId, uint32_t set, uint32_t sou
             append(command, "metric-type %d ", metricType);
         }
     }
-    uint32_t result = deliverToBoth(command);
-    for (const Instance &instance : kInstances) {
-        const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        if (result == kDone && slot != kNoSlot) {
-            result = ucOspfRedistribute(slot, set, source, static_cast<uint32_t>(metric), hasMetric,
-                                        static_cast<uint32_t>(metricType), hasMetricType,
-                                        sourceProcessId);
-        }
-    }
-    return result;
+    return onceAccepted(sendToBoth(command), [=] {
+        return forBothSlots([=](uint32_t slot) {
+            return ucOspfRedistribute(slot, set, source, static_cast<uint32_t>(metric), hasMetric,
+                                      static_cast<uint32_t>(metricType), hasMetricType,
+                                      sourceProcessId);
+        });
+    });
 }

@@ -4,6 +4,7 @@
 #include "common/address.h"
 #include "common/text.h"
 #include "ospf/command.h"
+#include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"
 #include "ospf/uc_ospf_defaults.h"
 
@@ -12,23 +13,15 @@ namespace {
 using frruci::common::format;
 using namespace frruci::ospf;
 
-constexpr uint32_t kDone = 0;
-constexpr uint32_t kUnknownArea = static_cast<uint32_t>(-2);
-constexpr uint32_t kNormalArea = static_cast<uint32_t>(-1);
-
-constexpr OspfAreaType kNormal = 0;
-
 /// By OspfAreaType. Fixed by the interface: without a type word "no-summary" joins the area id.
 constexpr const char *kTypeWords[] = {"", " stub ", " nssa "};
-constexpr uint32_t kTypes = sizeof kTypeWords / sizeof *kTypeWords;
 
 /// By advertise mode; other modes have no word.
 constexpr const char *kAdvertiseWords[] = {"advertise", "not-advertise"};
-constexpr uint32_t kAdvertiseModes = sizeof kAdvertiseWords / sizeof *kAdvertiseWords;
 
 void composeArea(CommandText &command, const char *area, uint32_t set, uint32_t areaType) {
     format(command, "%sarea %s", set != 0 ? "" : "no ", orEmpty(area));
-    append(command, "%s", areaType < kTypes ? kTypeWords[areaType] : "");
+    append(command, "%s", textAt(kTypeWords, areaType));
 }
 
 /// Brings an accepted command into the slot of processId: change(slot, record) for the area's
@@ -45,11 +38,19 @@ uint32_t recordArea(uint16_t processId, const char *area, uint32_t set, Change c
         return change(slot, record);
     }
     if (set == 0) {
-        return kUnknownArea;
+        return kNotFound;
     }
     record.areaId = areaId;
     fill(record);
     return ucOspfAreaInsert(slot, &record);
+}
+
+/// Sends the command once, and records it once it was accepted.
+template <typename Change, typename Fill>
+uint32_t sendArea(const CommandText &command, uint32_t selector, uint16_t processId,
+                  const char *area, uint32_t set, Change change, Fill fill) {
+    return onceAccepted(vtyOspfConfigOspf(0, command, selector),
+                        [&] { return recordArea(processId, area, set, change, fill); });
 }
 
 uint32_t writeBack(uint32_t slot, const OspfAreaCfg &record) {
@@ -62,10 +63,6 @@ uint32_t swOspfArea(uint16_t processId, const char *area, uint32_t set, uint32_t
                     uint32_t selector) {
     CommandText command;
     composeArea(command, area, set, areaType);
-    const uint32_t result = vtyOspfConfigOspf(0, command, selector);
-    if (result != kDone) {
-        return result;
-    }
     const auto setType = [areaType](OspfAreaCfg &record) {
         record.areaType = static_cast<OspfAreaType>(areaType);
     };
@@ -76,7 +73,7 @@ uint32_t swOspfArea(uint16_t processId, const char *area, uint32_t set, uint32_t
         setType(record);
         return writeBack(slot, record);
     };
-    return recordArea(processId, area, set, change, setType);
+    return sendArea(command, selector, processId, area, set, change, setType);
 }
 
 uint32_t swOspfAreaSummary(uint16_t processId, const char *area, uint32_t set, uint32_t areaType,
@@ -84,18 +81,15 @@ uint32_t swOspfAreaSummary(uint16_t processId, const char *area, uint32_t set, u
     CommandText command;
     composeArea(command, area, set, areaType);
     append(command, "no-summary");
-    const uint32_t result = vtyOspfConfigOspf(0, command, selector);
-    if (result != kDone) {
-        return result;
-    }
     const auto change = [set](uint32_t slot, OspfAreaCfg &record) {
         record.noSummary = set;
         return writeBack(slot, record);
     };
-    return recordArea(processId, area, set, change, [areaType](OspfAreaCfg &record) {
-        record.areaType = static_cast<OspfAreaType>(areaType);
-        record.noSummary = 1;
-    });
+    return sendArea(command, selector, processId, area, set, change,
+                    [areaType](OspfAreaCfg &record) {
+                        record.areaType = static_cast<OspfAreaType>(areaType);
+                        record.noSummary = 1;
+                    });
 }
 
 uint32_t swOspfAreaDefaultCost(uint16_t processId, const char *area, int32_t cost, uint32_t set,
@@ -106,18 +100,14 @@ uint32_t swOspfAreaDefaultCost(uint16_t processId, const char *area, int32_t cos
     } else {
         format(command, "no area default-cost"); // Fixed by the interface: no area id.
     }
-    const uint32_t result = vtyOspfConfigOspf(0, command, selector);
-    if (result != kDone) {
-        return result;
-    }
     const auto change = [=](uint32_t slot, OspfAreaCfg &record) {
-        if (record.areaType == kNormal) {
-            return kNormalArea;
+        if (record.areaType == kNormalArea) {
+            return kKeepsNormalArea;
         }
         record.defaultCost = set != 0 ? static_cast<uint32_t>(cost) : kAreaDefaults.defaultCost;
         return writeBack(slot, record);
     };
-    return recordArea(processId, area, set, change, [cost](OspfAreaCfg &record) {
+    return sendArea(command, selector, processId, area, set, change, [cost](OspfAreaCfg &record) {
         record.defaultCost = static_cast<uint32_t>(cost);
     });
 }
@@ -133,8 +123,7 @@ uint32_t swOspfAreaRange(uint16_t /*processId*/, const char *area, const char *p
         if (hasCost != 0) {
             append(command, "cost %d", cost);
         }
-        append(command, " %s",
-               advertiseMode < kAdvertiseModes ? kAdvertiseWords[advertiseMode] : "");
+        append(command, " %s", textAt(kAdvertiseWords, advertiseMode));
     }
     return vtyOspfConfigOspf(0, command, selector);
 }

@@ -2,10 +2,12 @@
 // Virtual-link commands: timers, authentication and keys.
 
 #include <cstring>
+#include <iterator>
 
 #include "common/address.h"
 #include "common/text.h"
 #include "ospf/command.h"
+#include "ospf/field.h"
 #include "ospf/sw_ospf.h"
 #include "ospf/uc_ospf_defaults.h"
 
@@ -14,11 +16,7 @@ namespace {
 using frruci::common::format;
 using namespace frruci::ospf;
 
-constexpr uint32_t kDone = 0;
-constexpr uint32_t kSet = 1;
-constexpr uint32_t kUnset = 0;
 constexpr uint32_t kNewLink = 1;
-constexpr uint32_t kNothingToUnset = 2;
 
 /// Which link of which process.
 struct Link {
@@ -29,27 +27,25 @@ struct Link {
 
 struct TimerSetting {
     const char *text;
-    uint16_t OspfVirtualLinkCfg::*field;
+    Field<OspfVirtualLinkCfg> field;
 };
 
 /// In the order in which they stand in the command. Fixed by the interface: nothing separates them.
 constexpr TimerSetting kTimers[] = {
-    {"hello-interval %d",      &OspfVirtualLinkCfg::helloInterval     },
-    {"dead-interval %d",       &OspfVirtualLinkCfg::deadInterval      },
-    {"transmit-delay %d",      &OspfVirtualLinkCfg::transmitDelay     },
-    {"retransmit-interval %d", &OspfVirtualLinkCfg::retransmitInterval},
+    {"hello-interval %d",      FRRUCI_FIELD(OspfVirtualLinkCfg, helloInterval)     },
+    {"dead-interval %d",       FRRUCI_FIELD(OspfVirtualLinkCfg, deadInterval)      },
+    {"transmit-delay %d",      FRRUCI_FIELD(OspfVirtualLinkCfg, transmitDelay)     },
+    {"retransmit-interval %d", FRRUCI_FIELD(OspfVirtualLinkCfg, retransmitInterval)},
 };
-constexpr std::size_t kTimerCount = sizeof kTimers / sizeof *kTimers;
 
 struct GivenTimer {
     int32_t value;
     bool given;
 };
-using GivenTimers = GivenTimer[kTimerCount]; // by the rows of kTimers
+using GivenTimers = GivenTimer[std::size(kTimers)]; // by the rows of kTimers
 
 /// By authentication type of a virtual link. An interface's types differ.
 constexpr const char *kAuthWords[] = {"", " null", " message-digest"};
-constexpr uint32_t kAuthTypes = sizeof kAuthWords / sizeof *kAuthWords;
 
 /// What an operation does to a link that is not set.
 enum class OnUnset {
@@ -59,7 +55,7 @@ enum class OnUnset {
 };
 
 /// "area A virtual-link P" with a suffix, "no " in front when no is true.
-void compose(CommandText &command, const Link &link, bool no, const char *suffix) {
+void composeLink(CommandText &command, const Link &link, bool no, const char *suffix) {
     format(command, "%sarea %s virtual-link %s%s", no ? "no " : "", orEmpty(link.area),
            orEmpty(link.peer), suffix);
 }
@@ -98,6 +94,14 @@ uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change chan
     return ucOspfVirtualLinkSetCfg(slot, key, &record);
 }
 
+/// Sends the command for both instances, and records it once it was accepted.
+template <typename Change>
+uint32_t sendLink(const CommandText &command, const Link &link, uint32_t set, OnUnset onUnset,
+                  Change change) {
+    return onceAccepted(sendToBoth(command),
+                        [&] { return recordLink(link, set, onUnset, change); });
+}
+
 /// The key's bytes, whatever its text's length, or zeroes.
 template <std::size_t N> void storeKey(uint8_t (&field)[N], const char *key, uint32_t set) {
     memset(field, 0, N);
@@ -121,25 +125,23 @@ uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *pee
         {retransmit,    hasRetransmit != 0   }
     };
     CommandText command;
-    compose(command, link, set == kUnset, set == kUnset ? "" : " ");
-    for (std::size_t i = 0; i < kTimerCount; ++i) {
+    composeLink(command, link, set == kUnset, set == kUnset ? "" : " ");
+    for (std::size_t i = 0; i < std::size(kTimers); ++i) {
         if (set != kUnset && timers[i].given) {
             append(command, kTimers[i].text, timers[i].value);
         }
     }
     // Fixed by the interface: both times with the caller's selector.
-    for (int send = 0; send < 2; ++send) {
-        const uint32_t result = vtyOspfConfigOspf(0, command, selector);
-        if (result != kDone) {
-            return result;
-        }
-    }
-    return recordLink(link, set, OnUnset::Remove, [&timers](OspfVirtualLinkCfg &record) {
-        for (std::size_t i = 0; i < kTimerCount; ++i) {
-            if (timers[i].given) {
-                record.*kTimers[i].field = static_cast<uint16_t>(timers[i].value);
+    const uint32_t sent = forBoth(
+        [&](const Instance & /*instance*/) { return vtyOspfConfigOspf(0, command, selector); });
+    return onceAccepted(sent, [&] {
+        return recordLink(link, set, OnUnset::Remove, [&timers](OspfVirtualLinkCfg &record) {
+            for (std::size_t i = 0; i < std::size(kTimers); ++i) {
+                if (timers[i].given) {
+                    storeNumber(record, kTimers[i].field, static_cast<uint32_t>(timers[i].value));
+                }
             }
-        }
+        });
     });
 }
 
@@ -148,18 +150,15 @@ uint32_t swOspfVirtualLinkAuth(uint16_t processId, const char *area, const char 
     const Link link = {processId, area, peer};
     CommandText command = {};
     if (set == kUnset) {
-        compose(command, link, true, ""); // Fixed by the interface: removes the whole link.
-    } else if (authType < kAuthTypes) {
-        compose(command, link, false, " authentication");
+        composeLink(command, link, true, ""); // Fixed by the interface: removes the whole link.
+    } else if (authType < std::size(kAuthWords)) {
+        composeLink(command, link, false, " authentication");
         append(command, "%s", kAuthWords[authType]);
     }
-    const uint32_t result = deliverToBoth(command);
-    if (result != kDone) {
-        return result;
-    }
-    return recordLink(link, set, OnUnset::RemoveWhenZero, [authType](OspfVirtualLinkCfg &record) {
-        record.authType = static_cast<OspfAuthType>(authType);
-    });
+    return sendLink(command, link, set, OnUnset::RemoveWhenZero,
+                    [authType](OspfVirtualLinkCfg &record) {
+                        record.authType = static_cast<OspfAuthType>(authType);
+                    });
 }
 
 uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const char *peer,
@@ -169,12 +168,8 @@ uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const ch
     // Fixed by the interface: there is no "no" form.
     format(command, "area %s virtual-link %s authentication-key %s", orEmpty(area), orEmpty(peer),
            orEmpty(key));
-    const uint32_t result = deliverToBoth(command);
-    if (result != kDone) {
-        return result;
-    }
-    return recordLink(link, set, OnUnset::StoreLikeASetting,
-                      [=](OspfVirtualLinkCfg &record) { storeKey(record.simpleKey, key, set); });
+    return sendLink(command, link, set, OnUnset::StoreLikeASetting,
+                    [=](OspfVirtualLinkCfg &record) { storeKey(record.simpleKey, key, set); });
 }
 
 uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const char *peer,
@@ -184,13 +179,10 @@ uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const cha
     format(command, "%sarea %s virtual-link %s message-digest-key %d md5 %s",
            set != kUnset ? "" : "no ", orEmpty(area), orEmpty(peer), static_cast<int32_t>(keyId),
            set != kUnset ? orEmpty(key) : "1");
-    const uint32_t result = deliverToBoth(command);
-    if (result != kDone) {
-        return result;
-    }
-    return recordLink(link, set, OnUnset::StoreLikeASetting, [=](OspfVirtualLinkCfg &record) {
-        record.md5KeyId =
-            static_cast<uint8_t>(keyId); // Fixed by the interface: kept by an unset too.
-        storeKey(record.md5Key, key, set);
-    });
+    return sendLink(
+        command, link, set, OnUnset::StoreLikeASetting, [=](OspfVirtualLinkCfg &record) {
+            record.md5KeyId =
+                static_cast<uint8_t>(keyId); // Fixed by the interface: kept by an unset too.
+            storeKey(record.md5Key, key, set);
+        });
 }

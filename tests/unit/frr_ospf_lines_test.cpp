@@ -140,10 +140,10 @@ TEST_F(Lines, TellTheDefaultRouteAndTheShowsApart) {
     process_ospf_lsdb();
     const char *show = " ret=1, swOspfShowOspf, failed";
     expectFailures("frr_ospf", {
-                                   {"frr_ospf.cpp", "swOspfOrignate(",  " ret=1, swOspfOrignate"},
-                                   {"frr_ospf.cpp", "showInterfaces()", show                    },
-                                   {"frr_ospf.cpp", "\"neighbor\"",     show                    },
-                                   {"frr_ospf.cpp", "\"database\"",     show                    },
+                                   {"frr_ospf.cpp",      "swOspfOrignate(",     " ret=1, swOspfOrignate"},
+                                   {"frr_ospf.cpp",      "showInterfaces()",    show                    },
+                                   {"frr_ospf_show.cpp", "showRows(kNeighbor)", show                    },
+                                   {"frr_ospf_show.cpp", "showRows(kDatabase)", show                    },
     });
 }
 
