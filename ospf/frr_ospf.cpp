@@ -5,6 +5,7 @@
 
 #include "common/front_end.h"
 #include "ospf/command.h"
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Daemon processes: find, kill and start them; the network statement of the router's inner link. */
+/* Daemon processes: find and kill them, and start zebra. All protocols use these. */
 #ifndef FRRUCI_OSPF_FRR_OSPF_PROCESS_H
 #define FRRUCI_OSPF_FRR_OSPF_PROCESS_H
 
@@ -11,14 +11,14 @@ FRRUCI_C_BEGIN
 
 /* Counts the processes whose line in the output of "ps -w" contains name, and kills each (see
  * kill_process) where kill_flag is not 0. name is matched as grep does, so "ospfd" also counts a
- * process that only has the word among its arguments. The part of a line behind its 511th character
+ * process that only has the word among its arguments. The part of a line after its 511th character
  * is dropped. Logs the start of the listing and every line.
  * A name that check_safe_string refuses is not looked for: one line on standard output says so.
  * Result: the number of lines; 0 when there are none, name is refused or null, or the listing
  * cannot be started. */
 int32_t process_exist(const char *name, int32_t kill_flag);
 
-/* Sends signal 9 to the process whose id is the first blank-separated field of ps_line, one line of
+/* Sends signal 9 to the process whose id is the first space-separated field of ps_line, one line of
  * "ps -w". Nothing is killed when there is no field or the id is below 1. Logs the field and the
  * id. The line is changed: its first field is cut off by a NUL.
  * Result: 0, of no meaning. */
@@ -27,23 +27,6 @@ int32_t kill_process(char *ps_line);
 /* Starts zebra ("zebra -d ") and waits 1 second; does neither when process_exist finds a zebra.
  * Logs which of the two it was. Result: 0, of no meaning. */
 int32_t zebra_enable(void);
-
-/* Switches OSPF on: starts zebra (zebra_enable); where process_exist finds an ospfd, only sets the
- * router id. Otherwise clears OSPF's tracked connections ("conntrack -D -p ospf"), starts ospfd and
- * gives process id 1 a slot of the model (swOspfEnableProcess), waits 1 second, sets the router id
- * and waits 1 second more. A daemon that does not start shows in the result. router_id_text: a
- * dotted quad, sent as it is; null is an empty one. Logs which of the two it was.
- * Result: that of swOspfRouterId: 0 set; 1 no connection, or ospfd refused it. */
-int32_t ospf_enable(const char *router_id_text);
-
-/* Moves the network statement of the router's inner link (169.254.11.21/30 on the WAN side, br-lan,
- * or 169.254.11.22/30 on the LAN side, veth1) to area area_id in the OSPF instance of
- * instance_selector, 0 LAN, anything else WAN: withdraws it from the area in which this function
- * announced it last, area 0 at first, and announces it in the new one. A failing step ends it with
- * a line on standard output; the area to withdraw from next time stays as it was. process_id is not
- * looked at further.
- * Result: 0 moved; that of swOspfNetwork for the step that failed. */
-int32_t sysn_network(uint16_t process_id, uint32_t area_id, int32_t instance_selector);
 
 FRRUCI_C_END
 

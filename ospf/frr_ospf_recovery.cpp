@@ -12,7 +12,7 @@
 #include "common/text.h"
 #include "ospf/command.h"
 #include "ospf/frr_ospf.h"
-#include "ospf/frr_ospf_process.h"
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_settings.h"
 #include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"

@@ -30,6 +30,7 @@
 #include "nhrp/sw_nhrp.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf.h"
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_recovery.h"
 #include "ospf/sw_ospf.h"

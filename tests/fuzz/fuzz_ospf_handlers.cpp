@@ -10,6 +10,7 @@
 
 #include "common/front_end.h"
 #include "ospf/frr_ospf.h"
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/sw_ospf.h"
 #include "ospf/vty_ospf.h"

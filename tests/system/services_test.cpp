@@ -7,6 +7,7 @@
 #include <string>
 #include <sys/stat.h>
 
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/sw_ospf.h"
 #include "rip/sw_rip.h"

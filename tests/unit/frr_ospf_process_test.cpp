@@ -8,6 +8,7 @@
 #include <string>
 #include <utility>
 
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "tests/support/stage.h"
 
