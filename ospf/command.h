@@ -57,14 +57,14 @@ inline constexpr Instance kLan = {.selector = 0, .processId = 2};
 /// Runs step(instance) for the WAN and then for the LAN; 0, or the first failure, which ends it.
 template <typename Step> uint32_t forBoth(Step step) {
     const uint32_t result = step(kWan);
-    return result == kDone ? step(kLan) : result;
+    return result == kSuccess ? step(kLan) : result;
 }
 
 /// The same for slots: step(slot) where the instance has one.
 template <typename Step> uint32_t forBothSlots(Step step) {
     return forBoth([&step](const Instance &instance) {
         const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        return slot != kNoSlot ? step(slot) : kDone;
+        return slot != kNoSlot ? step(slot) : kSuccess;
     });
 }
 
@@ -77,7 +77,7 @@ inline uint32_t sendToBoth(const char *command) {
 
 /// What a command comes to: record() once it was accepted, else the failure of the sending.
 template <typename Record> uint32_t onceAccepted(uint32_t sent, Record record) {
-    return sent == kDone ? record() : sent;
+    return sent == kSuccess ? record() : sent;
 }
 
 // ---- keys of the model ----

@@ -55,17 +55,6 @@ template <typename Record> uint32_t numberOf(const Record &record, Field<Record>
     return numberAt(&record, field.place);
 }
 
-/// Whether the rows of a table of settings stand in the order of their keys, without a gap.
-template <typename Row, std::size_t N>
-constexpr bool isInKeyOrder(const Row (&rows)[N], uint32_t firstKey) {
-    for (std::size_t i = 0; i < N; ++i) {
-        if (rows[i].key != firstKey + i) {
-            return false;
-        }
-    }
-    return true;
-}
-
 } // namespace frruci::ospf
 
 #endif

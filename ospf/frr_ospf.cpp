@@ -4,18 +4,19 @@
 #include "ospf/frr_ospf.h"
 
 #include "common/front_end.h"
+#include "common/words.h"
 #include "ospf/command.h"
 #include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"
-#include "ospf/frr_ospf_words.h"
 #include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"
 
 namespace {
 
 using frruci::common::equals;
+using frruci::common::Words;
 using namespace frruci::ospf;
 
 constexpr int32_t kGlobalWords = 2;
@@ -70,12 +71,10 @@ void setAuthentication(const Interface &interface, const Words &words) {
 }
 
 void setByKeyword(const Interface &interface, const Words &words) {
-    for (const auto &keyword : interfaceKeywords()) {
-        if (words.is(2, keyword.word)) {
-            logInterfaceFailure(keyword.apply(interface.name, interface.wan, words.number(3)),
-                                keyword.line);
-            break;
-        }
+    const InterfaceKeyword *keyword = findInterfaceKeyword(words[2]);
+    if (keyword != nullptr) {
+        logInterfaceFailure(keyword->apply(interface.name, interface.wan, words.number(3)),
+                            keyword->line);
     }
     replyOk();
 }
@@ -130,9 +129,9 @@ void process_ospf_interface(int32_t argc, char **argv) {
         return;
     }
     (void)record_log_act("frr_ospf:%d: process_ospf_interface %d\n", __LINE__, argc);
+    const Words logged(INT32_MAX, argv); // up to the null entry, whatever argc says
     (void)record_log_act("frr_ospf:%d: process_ospf_interface %s %s %s %s\n", __LINE__,
-                         loggedWord(argv, 0), loggedWord(argv, 1), loggedWord(argv, 2),
-                         loggedWord(argv, 3));
+                         logged.shown(0), logged.shown(1), logged.shown(2), logged.shown(3));
     if (words.count() < kInterfaceWords) {
         return;
     }

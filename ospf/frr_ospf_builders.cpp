@@ -3,6 +3,7 @@
 
 #include <iterator>
 
+#include "common/table.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/frr_ospf_settings.h"
 #include "ospf/interface_command.h"
@@ -68,7 +69,7 @@ uint32_t ip_ospf_network_type(uint16_t vrf, const char *ifname, int32_t wan, int
                               uint32_t code) {
     // Fixed by the interface: a code is refused for the "no" form too, which has no code in it.
     if (code >= std::size(kNetworkTypeWords)) {
-        return kNotSent;
+        return kNoSuchCode;
     }
     return sendSetting(kNetworkType, {vrf, ifname, wan, enable}, 0, kNetworkTypeWords[code]);
 }
@@ -126,7 +127,13 @@ constexpr InterfaceKeyword kInterfaceKeywords[] = {
     {"passive",      setSwitch<ip_ospf_passive>,    Replay::kWhenOne, __LINE__},
 };
 
+static_assert(common::hasUniqueWords<&InterfaceKeyword::word>(kInterfaceKeywords));
+
 } // namespace
+
+const InterfaceKeyword *findInterfaceKeyword(const char *word) {
+    return common::findRow<&InterfaceKeyword::word>(kInterfaceKeywords, word);
+}
 
 std::span<const InterfaceKeyword> interfaceKeywords() {
     return kInterfaceKeywords;

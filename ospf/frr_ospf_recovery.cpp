@@ -5,11 +5,11 @@
 #include "ospf/frr_ospf_recovery.h"
 
 #include <array>
-#include <uci.h>
 
 #include "common/front_end.h"
 #include "common/frr_uci.h"
 #include "common/text.h"
+#include "common/uci_option.h"
 #include "ospf/command.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/frr_ospf_enable.h"
@@ -21,6 +21,7 @@ namespace {
 
 using frruci::common::equals;
 using frruci::common::number;
+using frruci::common::optionText;
 using namespace frruci::ospf;
 
 constexpr const char *kPackage = "ospf";
@@ -79,16 +80,6 @@ std::array<Value, N> readAll(const char *section, const StoredOption (&options)[
         values[i] = read(section, options[i].name, options[i].line);
     }
     return values;
-}
-
-/// An option inside a section that is being visited; null when it is missing or a list.
-const char *optionText(uci_context *context, uci_section *section, const char *option) {
-    uci_element *element = nullptr;
-    if (uci_lookup_next(context, &element, &section->options, option) != UCI_OK) {
-        return nullptr;
-    }
-    const auto *found = reinterpret_cast<uci_option *>(element); // its first member
-    return found->type == UCI_TYPE_STRING ? found->v.string : nullptr;
 }
 
 /// One interface section under replay.

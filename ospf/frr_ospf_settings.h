@@ -29,6 +29,9 @@ struct InterfaceKeyword {
     int line; ///< of the row, for the log
 };
 
+/// The setting of a keyword; null when there is none.
+const InterfaceKeyword *findInterfaceKeyword(const char *word);
+
 /// In the order in which the replay sends them.
 std::span<const InterfaceKeyword> interfaceKeywords();
 

@@ -3,25 +3,27 @@
 // become.
 
 #include <arpa/inet.h>
-#include <unistd.h>
 
 #include "common/front_end.h"
+#include "common/outside.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "ospf/command.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"
+#include "vty/daemons.h"
 
 namespace {
 
-using frruci::common::equals;
+using frruci::common::findRow;
 using frruci::common::format;
+using frruci::common::isInOrder;
 using namespace frruci::ospf;
 
-constexpr const char *kSocket = "/var/ospfd.vty";
 constexpr int32_t kRipLines = 0;
 constexpr int32_t kOspfLines = 1;
-constexpr useconds_t kEndMarkPauseUs = 10000;
+constexpr unsigned kEndMarkPauseUs = 10000;
 
 // Fixed by the interface: the two WAN banners differ by one star.
 constexpr const char *kShowBanner =
@@ -45,23 +47,22 @@ constexpr Shown kShown[] = {
     {kDatabase,  "database",  "/tmp/tmp/ospf_pipe_c2lua_database"},
 };
 
+static_assert(isInOrder<&Shown::kind>(kShown, kInterface));
+
 constexpr const Shown &shown(Kind kind) {
     return kShown[kind - kInterface];
 }
 
 Kind kindOf(const char *what) {
-    for (const Shown &row : kShown) {
-        if (equals(what, row.what)) {
-            return row.kind;
-        }
-    }
-    return kOther;
+    const Shown *row = findRow<&Shown::what>(kShown, what);
+    return row != nullptr ? row->kind : kOther;
 }
 
 uint32_t sendShow(const char *banner, const char *command, Kind kind, const Instance &pass,
                   int32_t mode) {
     (void)puts(banner);
-    return vtyPrint(command, kSocket, kind, pass.selector, mode) == 0 ? kDone : kRefused;
+    return vtyPrint(command, frruci::vty::kOspfdSocket, kind, pass.selector, mode) == 0 ? kSuccess
+                                                                                        : kFailed;
 }
 
 /// What a page's show comes to.
@@ -71,7 +72,7 @@ uint32_t showForPage(Kind kind) {
 
 void showRows(Kind kind, int line = __builtin_LINE()) {
     const uint32_t status = showForPage(kind);
-    (void)usleep(kEndMarkPauseUs); // a signal may cut it short
+    frruci::outside::pauseFor(0, kEndMarkPauseUs);
     replyOk(shown(kind).pipe);
     logFailure(status, "swOspfShowOspf, failed", line);
 }
@@ -116,7 +117,7 @@ int32_t swOspfShowOspf(uint16_t /*vrf*/, const char *what, int32_t mode) {
 
 int32_t swOspfShowOspfDatabase(uint16_t /*vrf*/, const OspfDatabaseRequest *request) {
     if (request == nullptr) {
-        return static_cast<int32_t>(kRefused);
+        return static_cast<int32_t>(kFailed);
     }
     const bool self = request->self_originate != 0;
     const bool byRouter = !self && request->has_adv_router != 0;

@@ -5,8 +5,8 @@
 
 #include <iterator>
 
+#include "common/table.h"
 #include "common/text.h"
-#include "ospf/field.h"
 
 namespace frruci::ospf {
 
@@ -39,7 +39,7 @@ constexpr Row kRows[] = {
     {kAuthKey,     Value::kText,      "authentication-key"           },
     {kAuthMd5Key,  Value::kDigestKey, "message-digest-key"           },
 };
-static_assert(std::size(kRows) == kInterfaceSettings && isInKeyOrder(kRows, kHello));
+static_assert(std::size(kRows) == kInterfaceSettings && common::isInOrder<&Row::key>(kRows));
 
 /// What follows the words of the "no" form: of a digest key its id.
 constexpr Value unsetValue(Value value) {

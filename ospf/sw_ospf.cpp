@@ -10,9 +10,9 @@
 #include "common/address.h"
 #include "common/front_end.h"
 #include "common/shell.h"
+#include "common/table.h"
 #include "common/text.h"
 #include "ospf/command.h"
-#include "ospf/field.h"
 #include "ospf/numbers.h"
 #include "ospf/uc_ospf_defaults.h"
 
@@ -64,7 +64,7 @@ constexpr bool textsTakeTheirValue() {
             return false;
         }
     }
-    return isInKeyOrder(kRouterSettings, kGracefulRestartKey);
+    return frruci::common::isInOrder<&RouterSetting::key>(kRouterSettings, kGracefulRestartKey);
 }
 static_assert(textsTakeTheirValue());
 
@@ -88,7 +88,7 @@ uint32_t applyRouterId(const Instance &instance, uint32_t set, const char *route
         format(command, "no ospf router-id");
     }
     uint32_t result = vtyOspfConfigOspf(0, command, instance.selector);
-    if (result == kDone) {
+    if (result == kSuccess) {
         char reply[frruci::vty::kReplyBytes] = {};
         result = vtyOspfShowOspf(0, "clear ip ospf process", reply, instance.selector);
     }
@@ -157,7 +157,7 @@ void composeRoute(CommandText &command, const DefaultRoute &route) {
 uint32_t recordRoute(uint32_t slot, const DefaultRoute &route) {
     OspfProcessCfg record;
     const uint32_t result = ucOspfGetCfg(slot, &record);
-    if (result != kDone) {
+    if (result != kSuccess) {
         return result;
     }
     storeRoute(record, route);
@@ -174,10 +174,10 @@ uint32_t recordNetwork(uint32_t slot, uint32_t set, const char *address, const c
     const uint64_t key = wordPair(record.address, record.mask);
     if (set == 0) {
         const uint32_t result = ucOspfNetworkDelete(slot, key);
-        return result == kNothingThere ? kDone : result;
+        return result == kFailed ? kSuccess : result; // there was none
     }
     OspfNetworkCfg held;
-    if (ucOspfNetworkGetCfg(slot, key, &held) == kDone) {
+    if (ucOspfNetworkGetCfg(slot, key, &held) == kSuccess) {
         held.areaId = areaId;
         return ucOspfNetworkSetCfg(slot, key, &held);
     }
@@ -209,15 +209,15 @@ uint32_t swOspfProcessIsEnable(uint32_t slot) {
 uint32_t swOspfProcessCreateById(uint16_t /*processId*/, uint32_t selector) {
     frruci::common::runShell(selector != 0 ? "ospfd -d"
                                            : "vnete ospfd -d -i /var/ospfdv.pid -N vtyv");
-    return kDone; // Fixed by the interface: whatever the shell says.
+    return kSuccess; // Fixed by the interface: whatever the shell says.
 }
 
 uint32_t swOspfEnableProcess(uint16_t processId, uint32_t selector) {
-    if (swOspfProcessCreateById(processId, selector) != kDone ||
-        ucOspfEnableProcess(processId) != kDone) {
-        return kNoRoom;
+    if (swOspfProcessCreateById(processId, selector) != kSuccess ||
+        ucOspfEnableProcess(processId) != kSuccess) {
+        return kNoFreeSlot;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t swOspfDisableProcess(uint16_t processId) {
@@ -228,7 +228,7 @@ uint32_t swOspfDisableProcess(uint16_t processId) {
         if (slot != kNoSlot) {
             (void)ucOspfDefaultProcessByNum(slot); // the slot is there
         }
-        return kDone;
+        return kSuccess;
     });
 }
 
@@ -324,7 +324,7 @@ uint32_t swOspfNetwork(uint32_t /*unused*/, const char *address, const char *mas
     return onceAccepted(vtyOspfConfigOspf(0, command, selector), [=] {
         const Instance &instance = selector != 0 ? kWan : kLan;
         const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        return slot != kNoSlot ? recordNetwork(slot, set, address, mask, areaId) : kDone;
+        return slot != kNoSlot ? recordNetwork(slot, set, address, mask, areaId) : kSuccess;
     });
 }
 

@@ -30,11 +30,11 @@ template <typename Change, typename Fill>
 uint32_t recordArea(uint16_t processId, const char *area, uint32_t set, Change change, Fill fill) {
     const uint32_t slot = ucOspfHasProcessId(processId);
     if (slot == kNoSlot) {
-        return kDone;
+        return kSuccess;
     }
     const uint32_t areaId = sw_ospf_inet_aton(area);
     OspfAreaCfg record = kAreaDefaults;
-    if (ucOspfAreaGetCfg(slot, areaId, &record) == kDone) {
+    if (ucOspfAreaGetCfg(slot, areaId, &record) == kSuccess) {
         return change(slot, record);
     }
     if (set == 0) {

@@ -76,7 +76,7 @@ template <typename Change>
 uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change change) {
     const uint32_t slot = ucOspfHasProcessId(link.processId);
     if (slot == kNoSlot) {
-        return kDone;
+        return kSuccess;
     }
     OspfVirtualLinkCfg record = kVirtualLinkDefaults;
     record.areaId = sw_ospf_inet_aton(link.area);
@@ -88,7 +88,7 @@ uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change chan
     }
     if (set != kSet && onUnset != OnUnset::StoreLikeASetting) {
         const bool remove = onUnset == OnUnset::Remove || set == kUnset;
-        return remove ? ucOspfVirtualLinkDelete(slot, key) : kDone;
+        return remove ? ucOspfVirtualLinkDelete(slot, key) : kSuccess;
     }
     change(record);
     return ucOspfVirtualLinkSetCfg(slot, key, &record);

@@ -8,6 +8,8 @@
 #include <cstring>
 
 #include "common/dlist.h"
+#include "common/lock.h"
+#include "common/table.h"
 #include "ospf/field.h"
 #include "ospf/numbers.h"
 #include "ospf/results.h"
@@ -19,6 +21,8 @@ pthread_mutex_t uc_ospf_mutex = PTHREAD_MUTEX_INITIALIZER;
 
 namespace {
 
+using frruci::common::isInOrder;
+using frruci::common::Locked;
 using namespace frruci::ospf;
 
 constexpr uint8_t kEnabled = 1;
@@ -52,7 +56,7 @@ void resetRecord(OspfProcessCfg &record) {
 }
 
 uint32_t firstFreeSlot() {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     uint32_t slot = 0;
     while (slot < kSlots && pucOspf->process[slot].enabled != 0) {
         ++slot;
@@ -95,7 +99,7 @@ constexpr NumberSetting kNumberSettings[] = {
     {kPassiveDefaultKey,     FRRUCI_FIELD(OspfProcessCfg, passiveDefault),       true },
     {kMaximumPathsKey,       FRRUCI_FIELD(OspfProcessCfg, maximumPaths),         false},
 };
-static_assert(isInKeyOrder(kNumberSettings, kGracefulRestartKey));
+static_assert(isInOrder<&NumberSetting::key>(kNumberSettings, kGracefulRestartKey));
 
 void storeByKey(OspfProcessCfg &record, OspfBasicParaKey key, bool set, const void *value) {
     if (key == kRouterIdKey) {
@@ -116,64 +120,64 @@ void storeByKey(OspfProcessCfg &record, OspfBasicParaKey key, bool set, const vo
 
 uint32_t ucOspfInit(void) {
     if (pthread_mutex_init(&uc_ospf_mutex, nullptr) != 0) {
-        return kNoRoom;
+        return kOutOfMemory;
     }
     auto *block = static_cast<OspfModelBlock *>(calloc(1, sizeof(OspfModelBlock)));
     if (block == nullptr) {
-        return kNoRoom;
+        return kOutOfMemory;
     }
     pucOspf = block;
     for (uint32_t slot = 0; slot < kSlots; ++slot) {
         const uint32_t result = ucOspfDefaultProcessByNum(slot);
-        if (result != kDone) {
+        if (result != kSuccess) {
             return result;
         }
     }
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     for (OspfInterfaceEntry &entry : block->interface) {
         entry = kInterfaceDefaults;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfDefaultProcessByNum(uint32_t slot) {
     if (pucOspf == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     OspfProcessCfg *record = processAt(slot);
     if (record == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     pucOspf->processWord[slot] = 0;
     resetRecord(*record);
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfEnableProcess(uint16_t processId) {
     if (pucOspf == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     const uint32_t slot = firstFreeSlot();
     if (slot == kSlots) {
-        return kNoRoom;
+        return kNoFreeSlot;
     }
     // Chosen, reset and claimed under three holds: the reset takes the lock itself.
     (void)ucOspfDefaultProcessByNum(slot); // the slot is there
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     pucOspf->process[slot].enabled = kEnabled;
     pucOspf->process[slot].processId = processId;
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfProcessIsEnable(uint32_t slot) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const OspfProcessCfg *record = processAt(slot);
     return record != nullptr && record->enabled == kEnabled ? 1 : 0;
 }
 
 uint32_t ucOspfHasProcessId(uint16_t processId) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     for (uint32_t slot = 0; slot < kSlots; ++slot) {
         const OspfProcessCfg *record = processAt(slot);
         // Fixed by the interface: slots that are not enabled count too, so id 0 finds a reset one.
@@ -185,39 +189,39 @@ uint32_t ucOspfHasProcessId(uint16_t processId) {
 }
 
 uint32_t ucOspfGetProcessPid(uint32_t slot) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     return processAt(slot) != nullptr ? pucOspf->processWord[slot] : 0;
 }
 
 uint32_t ucOspfGetCfg(uint32_t slot, OspfProcessCfg *out) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const OspfProcessCfg *record = processAt(slot);
     if (record == nullptr || out == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     *out = *record;
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfSetCfg(uint32_t slot, const OspfProcessCfg *in) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     OspfProcessCfg *record = processAt(slot);
     if (record == nullptr || in == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     *record = *in;
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void *value,
                                    OspfBasicParaKey key) {
     const uint32_t slot = ucOspfHasProcessId(processId);
     if (slot == kNoSlot) {
-        return kDone; // Fixed by the interface: an unknown id is no failure.
+        return kSuccess; // Fixed by the interface: an unknown id is no failure.
     }
     OspfProcessCfg record;
     const uint32_t result = ucOspfGetCfg(slot, &record);
-    if (result != kDone) {
+    if (result != kSuccess) {
         return result;
     }
     storeByKey(record, key, set != 0, value);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// The model block as its own routines see it: the lock, slots and entries that may be missing, and
-// which list holds which records.
+// The model block as its own routines see it: slots and entries that may be missing, and which list
+// holds which records.
 #ifndef FRRUCI_OSPF_UC_OSPF_BLOCK_H
 #define FRRUCI_OSPF_UC_OSPF_BLOCK_H
 
@@ -12,15 +12,6 @@ namespace frruci::ospf {
 
 inline constexpr uint32_t kSlots = 16;
 inline constexpr uint32_t kEntries = 64;
-
-/// Holds the model's mutex for a scope. Not recursive: a holder calls no routine that takes it.
-class ModelLock {
-public:
-    ModelLock() { (void)pthread_mutex_lock(&uc_ospf_mutex); }    // cannot fail on a default mutex
-    ~ModelLock() { (void)pthread_mutex_unlock(&uc_ospf_mutex); } // cannot fail for its holder
-    ModelLock(const ModelLock &) = delete;
-    ModelLock &operator=(const ModelLock &) = delete;
-};
 
 /// The slot's record; null without a model or for a slot out of range. Call it with the lock held.
 inline OspfProcessCfg *processAt(uint32_t slot) {

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "common/lock.h"
 #include "ospf/field.h"
 #include "ospf/numbers.h"
 #include "ospf/results.h"
@@ -15,6 +16,7 @@
 
 namespace {
 
+using frruci::common::Locked;
 using namespace frruci::ospf;
 
 constexpr uint32_t kInUse = 1;
@@ -41,7 +43,7 @@ template <std::size_t N> void copyKey(uint8_t (&field)[N], const char *key) {
 /// Runs change(entry, isNew) on the VLAN's entry, which a set takes when there is none yet. The
 /// entry is the model's own, under the lock.
 template <typename Change> uint32_t withEntry(uint32_t vlanId, bool set, Change change) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     uint32_t index = ucOspfFindInterfaceVlan(vlanId);
     const bool isNew = index == kNotFound;
     if (isNew) {
@@ -56,38 +58,38 @@ template <typename Change> uint32_t withEntry(uint32_t vlanId, bool set, Change 
         pucOspf->interface[index].vlanId = vlanId;
     }
     change(pucOspf->interface[index], isNew);
-    return kDone;
+    return kSuccess;
 }
 
 } // namespace
 
 uint32_t ucOspfGetInCfg(uint32_t index, OspfInterfaceEntry *out) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const OspfInterfaceEntry *entry = entryAt(index);
     if (entry == nullptr || out == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     *out = *entry;
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfSetInCfg(uint32_t index, const OspfInterfaceEntry *in) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     OspfInterfaceEntry *entry = entryAt(index);
     if (entry == nullptr || in == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     *entry = *in;
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfGetInEntry(OspfInterfaceEntry *out) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     if (pucOspf == nullptr || out == nullptr) {
-        return kNothingThere;
+        return kFailed;
     }
     memcpy(out, pucOspf->interface, sizeof pucOspf->interface);
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfFindFreeInterface(void) {

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "common/dlist.h"
+#include "common/lock.h"
 #include "ospf/field.h"
 #include "ospf/numbers.h"
 #include "ospf/results.h"
@@ -17,6 +18,7 @@
 
 namespace {
 
+using frruci::common::Locked;
 using namespace frruci::ospf;
 
 constexpr int32_t kEqual = 0;
@@ -77,15 +79,15 @@ bool prepend(dlist *list, void *record) {
 template <typename Record>
 uint32_t insertCopy(uint32_t slot, const Record *record, OspfListKind kind) {
     if (record == nullptr) {
-        return kNoRoom;
+        return kOutOfMemory;
     }
     void *copy = malloc(sizeof(Record));
     if (copy == nullptr) {
-        return kNoRoom;
+        return kOutOfMemory;
     }
     memcpy(copy, record, sizeof(Record));
     const uint32_t result = ucOspfDlistInsert(slot, copy, kind);
-    if (result != kDone) {
+    if (result != kSuccess) {
         free(copy);
     }
     return result;
@@ -98,14 +100,14 @@ bool anyRecord(const void * /*record*/) {
 /// Removes the first record with that key, when accept(record) holds for it.
 template <typename Accept>
 uint32_t removeFirst(uint32_t slot, const void *key, OspfListKind kind, Accept accept) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const ListFamily &family = *familyOf(kind);
     dlist *list = listAt(slot, family.list);
     dlist_node *node = findNode(list, family.compare, key);
     if (node == nullptr || !accept(node->data)) {
-        return kNothingThere;
+        return kFailed;
     }
-    return dlistDelete(list, node) == 0 ? kDone : kRemovalFailed;
+    return dlistDelete(list, node) == 0 ? kSuccess : kRemovalFailed;
 }
 
 constexpr uint32_t lowHalf(uint64_t word) {
@@ -156,32 +158,32 @@ OspfRedistributeCfg *addRedistribution(dlist *list, OspfRedistSource source) {
 } // namespace
 
 uint32_t ucOspfDlistGetCfg(uint32_t slot, const void *key, void *record, OspfListKind kind) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const void *found = findRecord(slot, key, kind);
     if (found == nullptr || record == nullptr) {
         return kNotFound;
     }
     memcpy(record, found, familyOf(kind)->recordBytes);
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfDlistSetCfg(uint32_t slot, const void *key, const void *record, OspfListKind kind) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     void *found = findRecord(slot, key, kind);
     if (found == nullptr || record == nullptr) {
         return kNotFound;
     }
     memcpy(found, record, familyOf(kind)->recordBytes);
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfDlistInsert(uint32_t slot, void *record, OspfListKind kind) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     const ListFamily *family = familyOf(kind);
     if (family == nullptr) {
-        return kDone; // Fixed by the interface: an unknown kind is no failure.
+        return kSuccess; // Fixed by the interface: an unknown kind is no failure.
     }
-    return prepend(listAt(slot, family->list), record) ? kDone : kNoRoom;
+    return prepend(listAt(slot, family->list), record) ? kSuccess : kOutOfMemory;
 }
 
 uint32_t ucOspfAreaGetCfg(uint32_t slot, uint32_t areaId, OspfAreaCfg *record) {
@@ -245,7 +247,7 @@ uint32_t ucOspfAreaInit(OspfAreaCfg *record) {
     if (record != nullptr) {
         *record = kAreaDefaults;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfAreaAggInit(OspfAreaAggCfg *record) {
@@ -254,28 +256,28 @@ uint32_t ucOspfAreaAggInit(OspfAreaAggCfg *record) {
         record->cost = kAreaAggDefaults.cost;
         record->advertise = kAreaAggDefaults.advertise;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfVirtualLinkInit(OspfVirtualLinkCfg *record) {
     if (record != nullptr) {
         *record = kVirtualLinkDefaults;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfRedistributeInit(OspfRedistributeCfg *record) {
     if (record != nullptr) {
         *record = kRedistributeDefaults;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfNetworkInit(OspfNetworkCfg *record) {
     if (record != nullptr) {
         record->areaId = 0;
     }
-    return kDone;
+    return kSuccess;
 }
 
 uint32_t ucOspfAreaDelete(uint32_t slot, uint32_t areaId, uint32_t areaType) {
@@ -302,14 +304,14 @@ uint32_t ucOspfNetworkDelete(uint32_t slot, uint64_t addressMask) {
 uint32_t ucOspfRedistribute(uint32_t slot, uint32_t set, uint32_t source, uint32_t metric,
                             uint32_t hasMetric, uint32_t metricType, uint32_t hasMetricType,
                             uint32_t sourceProcessId) {
-    const ModelLock lock;
+    const Locked lock(uc_ospf_mutex);
     dlist *list = listAt(slot, kRedistributions.handle);
     dlist_node *node = findNode(list, ucOspfRedistributeComp, &source);
     if (set != kFlagSet) {
         if (node == nullptr) {
-            return kNothingThere;
+            return kFailed;
         }
-        return dlistDelete(list, node) == 0 ? kDone : kNoRoom;
+        return dlistDelete(list, node) == 0 ? kSuccess : kOutOfMemory;
     }
     const OspfRedistributeCfg given = {
         .source = static_cast<OspfRedistSource>(source),
@@ -321,10 +323,10 @@ uint32_t ucOspfRedistribute(uint32_t slot, uint32_t set, uint32_t source, uint32
     auto *record = node != nullptr ? static_cast<OspfRedistributeCfg *>(node->data)
                                    : addRedistribution(list, given.source);
     if (record == nullptr) {
-        return kNoRoom;
+        return kOutOfMemory;
     }
     storeRedistribution(*record, given, hasMetric == kFlagSet, hasMetricType == kFlagSet);
-    return kDone;
+    return kSuccess;
 }
 
 int32_t ucOspfAreaIdComp(void *key, void *data) {

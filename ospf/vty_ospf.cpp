@@ -5,6 +5,8 @@
 
 #include "common/front_end.h"
 #include "common/text.h"
+#include "ospf/results.h"
+#include "vty/daemons.h"
 #include "vty/frr_util.h"
 #include "vty/session.h"
 
@@ -13,13 +15,10 @@ namespace {
 using frruci::common::format;
 using frruci::vty::deliver;
 using frruci::vty::kCommandBytes;
+using frruci::vty::kOspfdSocket;
 using frruci::vty::Session;
+using namespace frruci::ospf;
 
-constexpr uint32_t kAccepted = 0;
-constexpr uint32_t kRefused = 1;
-constexpr uint32_t kNoConnection = UINT32_MAX;
-
-constexpr const char *kSocket = "/var/ospfd.vty";
 constexpr const char *kLanInterface = "interface eth0.%d";
 constexpr const char *kWanInterface = "interface eth1.%d";
 
@@ -35,52 +34,52 @@ const char *interfaceLine(int32_t vlan) {
 
 uint32_t vtyOspfConfigOspf(uint32_t /*unused*/, const char *command, uint32_t /*selector*/) {
     // Fixed by the interface: one socket serves both instances, whatever the selector.
-    return deliver(kSocket, {"en", "configure", "router ospf", command});
+    return deliver(kOspfdSocket, {"en", "configure", "router ospf", command});
 }
 
 uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char *command) {
     const auto vlan = static_cast<int32_t>(vlanId);
     if (interfaceLine(vlan) == nullptr) {
-        return kRefused;
+        return kFailed;
     }
-    Session session(kSocket);
+    Session session(kOspfdSocket);
     if (!session.isOpen() || !session.run("en") || !session.run("configure")) {
-        return kRefused;
+        return kFailed;
     }
     // Fixed by the interface: asked a second time.
     const char *line = interfaceLine(vlan);
     if (line == nullptr) {
-        return kRefused; // the command must not land in the context outside any interface
+        return kFailed; // the command must not land in the context outside any interface
     }
     char context[kCommandBytes];
     format(context, line, vlan);
     if (!session.run(context)) {
-        return kRefused;
+        return kFailed;
     }
-    return command == nullptr || session.run(command) ? kAccepted : kRefused;
+    return command == nullptr || session.run(command) ? kSuccess : kFailed;
 }
 
 uint32_t vtyOspfConfigNetwork(uint32_t /*unused*/, uint32_t vlanId, const char *command,
                               uint32_t selector) {
     char context[kCommandBytes];
     format(context, selector != 0 ? kWanInterface : kLanInterface, static_cast<int32_t>(vlanId));
-    return deliver(kSocket, {"en", "configure", context, command});
+    return deliver(kOspfdSocket, {"en", "configure", context, command});
 }
 
 uint32_t doVtyOspfConfigInterface(uint32_t /*unused*/, const char *interfaceName,
                                   uint32_t /*unused2*/, const char *command) {
     char context[kCommandBytes];
     format(context, "interface %s", interfaceName == nullptr ? "" : interfaceName);
-    return deliver(kSocket, {"en", "configure", context, command});
+    return deliver(kOspfdSocket, {"en", "configure", context, command});
 }
 
 uint32_t vtyOspfShowOspf(uint32_t /*unused*/, const char *command, char *reply,
                          uint32_t /*selector*/) {
-    Session session(kSocket);
+    Session session(kOspfdSocket);
     if (!session.isOpen() || !session.run("en")) {
-        return kRefused;
+        return kFailed;
     }
-    return command == nullptr || session.run(command, reply) ? kAccepted : kRefused;
+    return command == nullptr || session.run(command, reply) ? kSuccess : kFailed;
 }
 
 uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, uint32_t selector,
@@ -90,6 +89,6 @@ uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, ui
         return kNoConnection;
     }
     uint8_t code = 0;
-    return frrVtyPrint(session.fd(), command, &code, kind, selector, extra) == 0 ? kAccepted
-                                                                                 : kRefused;
+    return frrVtyPrint(session.fd(), command, &code, kind, selector, extra) == 0 ? kSuccess
+                                                                                 : kFailed;
 }
