@@ -4,100 +4,104 @@
 #include "nhrp/frr_nhrp.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 #include "common/front_end.h"
 #include "common/shell.h"
 #include "common/text.h"
-#include "nhrp/settings.h"
 #include "nhrp/sw_nhrp.h"
 
 namespace {
 
 using frruci::common::equals;
-using frruci::nhrp::apply;
-using frruci::nhrp::Setting;
-using frruci::nhrp::valueCount;
-using frruci::nhrp::Values;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/nhrp_pipe_c2lua";
 constexpr uint32_t kAccepted = 0;
+constexpr uint16_t kVrf = 0; // builders ignore it
 
-constexpr int kFirstPhraseWord = 2; // behind the handler's name and the interface
+constexpr int32_t kFirstPhraseWord = 2; // after the handler's name and the interface
+constexpr const char *kAny = nullptr;   // stands for any word
 
-constexpr bool isValue(const char *word) {
-    return *word >= 'A' && *word <= 'Z';
-}
+/// A builder of an interface setting; it takes the last words of its phrase as its values.
+struct Builder {
+    using OfNone = uint32_t (*)(uint16_t vrf, const char *ifname);
+    using OfOne = uint32_t (*)(uint16_t vrf, const char *ifname, const char *value);
+    using OfTwo = uint32_t (*)(uint16_t vrf, const char *ifname, const char *first,
+                               const char *second);
+    union {
+        OfNone none;
+        OfOne one;
+        OfTwo two;
+    };
+    uint8_t values;
 
-constexpr std::size_t lengthOf(const char *word) {
-    std::size_t length = 0;
-    while (word[length] != '\0' && word[length] != ' ') {
-        ++length;
+    constexpr Builder(OfNone builder) : none(builder), values(0) {}
+    constexpr Builder(OfOne builder) : one(builder), values(1) {}
+    constexpr Builder(OfTwo builder) : two(builder), values(2) {}
+
+    /// end: the entry after the phrase's last word.
+    uint32_t build(const char *ifname, char **end) const {
+        switch (values) {
+        case 0:
+            return none(kVrf, ifname);
+        case 1:
+            return one(kVrf, ifname, end[-1]);
+        default:
+            return two(kVrf, ifname, end[-2], end[-1]);
+        }
     }
-    return length;
-}
+};
 
-constexpr const char *behind(const char *word) {
-    word += lengthOf(word);
-    return *word == ' ' ? word + 1 : word;
-}
-
-constexpr int wordsOf(const char *phrase) {
-    int words = 0;
-    for (; *phrase != '\0'; phrase = behind(phrase)) {
-        ++words;
-    }
-    return words;
-}
-
-/// One phrase of an interface, and the least argc that a request with it has.
 struct Phrase {
-    const char *words; // a capital stands for any word; the setting's values are the last ones
-    int leastArgc;
-    Setting setting;
+    Builder builder;
+    uint8_t wordCount;
+    char words[32] = {}; // each with its NUL, any word an empty one; pointers would take more flash
+
+    template <typename Build, std::size_t N>
+    consteval Phrase(Build build, const char *const (&list)[N]) : builder(build), wordCount(N) {
+        std::size_t length = 0;
+        for (const char *word : list) {
+            while (word != kAny && *word != '\0') {
+                words[length++] = *word++;
+            }
+            words[length++] = '\0'; // one that does not fit is no constant expression
+        }
+    }
+
+    constexpr int32_t leastArgc() const { return kFirstPhraseWord + wordCount; }
 };
 
 // Not every phrase has its negated one. Fixed by the interface.
 constexpr Phrase kPhrases[] = {
-    {"ip address A",                     5, Setting::kAddress     },
-    {"ip nhrp network-id N",             6, Setting::kNetworkId   },
-    {"ip nhrp redirect",                 5, Setting::kWord        },
-    {"ip nhrp shortcut",                 5, Setting::kWord        },
-    {"ip nhrp registration no-unique",   6, Setting::kNoUnique    },
-    {"ip nhrp nhs dynamic nbma A",       8, Setting::kNhsNbma     },
-    {"ip nhrp map multicast A",          7, Setting::kMap         },
-    {"tunnel protection vici profile P", 7, Setting::kProfile     },
-    {"tunnel source S",                  5, Setting::kSource      },
-    {"tunnel add A B",                   6, Setting::kAddLink     },
-    {"tunnel connect A B",               6, Setting::kConnectLink },
-    {"tunnel del A B",                   6, Setting::kDeleteLink  },
-    {"no link-detect",                   4, Setting::kNoLinkDetect},
-    {"no ip address A",                  6, Setting::kNoAddress   },
-    {"no ip nhrp nhs dynamic nbma A",    9, Setting::kNoNhsNbma   },
-    {"no ip nhrp shortcut",              6, Setting::kNoWord      },
-    {"no ip nhrp map multicast A",       8, Setting::kNoMap       },
+    {nhrp_ip_address,               {"ip", "address", kAny}                             },
+    {nhrp_ip_nhrp_network,          {"ip", "nhrp", "network-id", kAny}                  },
+    {nhrp_ip_nhrp,                  {"ip", "nhrp", "redirect"}                          },
+    {nhrp_ip_nhrp,                  {"ip", "nhrp", "shortcut"}                          },
+    {nhrp_ip_nhrp_registration,     {"ip", "nhrp", "registration", "no-unique"}         },
+    {nhrp_ip_nhrp_nhs_nbma,         {"ip", "nhrp", "nhs", "dynamic", "nbma", kAny}      },
+    {nhrp_ip_nhrp_map_multicast,    {"ip", "nhrp", "map", "multicast", kAny}            },
+    {nhrp_tunnel_profile,           {"tunnel", "protection", "vici", "profile", kAny}   },
+    {nhrp_tunnel_source,            {"tunnel", "source", kAny}                          },
+    {nhrp_tunnel_spoke_link,        {"tunnel", "add", kAny, kAny}                       },
+    {nhrp_tunnel_set_spoke_link,    {"tunnel", "connect", kAny, kAny}                   },
+    {nhrp_no_tunnel_spoke_link,     {"tunnel", "del", kAny, kAny}                       },
+    {nhrp_no_link_detect,           {"no", "link-detect"}                               },
+    {no_nhrp_ip_address,            {"no", "ip", "address", kAny}                       },
+    {nhrp_no_ip_nhrp_nhs_nbma,      {"no", "ip", "nhrp", "nhs", "dynamic", "nbma", kAny}},
+    {nhrp_no_ip_nhrp,               {"no", "ip", "nhrp", "shortcut"}                    },
+    {nhrp_no_ip_nhrp_map_multicast, {"no", "ip", "nhrp", "map", "multicast", kAny}      },
 };
 
-/// A phrase's words all lie within its least argc, so none is read that a request does not have.
-consteval bool leastCountsCoverTheWords() {
-    for (const Phrase &phrase : kPhrases) {
-        if (phrase.leastArgc != kFirstPhraseWord + wordsOf(phrase.words)) {
-            return false;
-        }
-    }
-    return true;
-}
-static_assert(leastCountsCoverTheWords());
-
-/// A global keyword and what it sets.
+/// A global setting.
 struct Keyword {
     const char *word;
-    Setting setting;
+    uint32_t (*build)(uint16_t vrf, const char *value);
 };
 
 constexpr Keyword kKeywords[] = {
-    {"nflog-group",           Setting::kNflogGroup},
-    {"multicast-nflog-group", Setting::kMcastGroup},
+    {"nflog-group",           nhrp_nflog          },
+    {"multicast-nflog-group", multicast_nhrp_nflog},
 };
 
 void reply(uint32_t status) {
@@ -110,44 +114,27 @@ const char *shown(const char *word) {
     return word == nullptr ? "(null)" : word;
 }
 
-/// Whether an entry of the vector may stand for the first word of wanted; a null entry never does.
-bool fits(const char *entry, const char *wanted) {
-    if (entry == nullptr || isValue(wanted)) {
-        return entry != nullptr;
-    }
-    const std::size_t length = lengthOf(wanted);
-    return strlen(entry) == length && strncmp(entry, wanted, length) == 0;
-}
-
 bool matches(const Phrase &phrase, int32_t argc, char **argv) {
-    if (argc < phrase.leastArgc) {
+    if (argc < phrase.leastArgc()) {
         return false;
     }
-    char **entry = argv + kFirstPhraseWord;
-    for (const char *wanted = phrase.words; *wanted != '\0'; wanted = behind(wanted), ++entry) {
-        if (!fits(*entry, wanted)) {
+    const char *word = phrase.words;
+    for (int32_t i = kFirstPhraseWord; i < phrase.leastArgc(); ++i) {
+        if (argv[i] == nullptr || (*word != '\0' && !equals(argv[i], word))) {
             return false;
         }
+        word += strlen(word) + 1;
     }
     return true;
-}
-
-uint32_t applyPhrase(const Phrase &phrase, char **argv) {
-    const int count = valueCount(phrase.setting);
-    Values values;
-    for (int i = 0; i < count; ++i) {
-        values.at[i] = argv[phrase.leastArgc - count + i];
-    }
-    return apply(phrase.setting, argv[1], values);
 }
 
 uint32_t runPhrase(int32_t argc, char **argv) {
     for (const Phrase &phrase : kPhrases) {
         if (matches(phrase, argc, argv)) {
-            return applyPhrase(phrase, argv);
+            return phrase.builder.build(argv[1], argv + phrase.leastArgc());
         }
     }
-    return kAccepted; // also for unknown and unfinished phrases. Fixed by the interface.
+    return kAccepted; // for unknown and unfinished phrases. Fixed by the interface.
 }
 
 /// The words after the handler's name, up to the first null entry. argc does not limit them: a
@@ -169,7 +156,7 @@ void restart(int32_t argc, const char *name) {
 uint32_t runKeyword(const char *word, const char *value) {
     for (const Keyword &keyword : kKeywords) {
         if (word != nullptr && equals(word, keyword.word)) {
-            return apply(keyword.setting, nullptr, {value});
+            return keyword.build(kVrf, value);
         }
     }
     return kAccepted;

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: Apache-2.0
-// The NHRP command builders: one table of settings and the one routine that stores and sends them.
+// The NHRP command builders: what each setting sends and stores, and the one routine that does it.
 
 #include <cstddef>
-#include <iterator>
+#include <cstdint>
 
 #include "common/front_end.h"
 #include "common/text.h"
 #include "nhrp/frr_nhrp.h"
-#include "nhrp/settings.h"
 #include "nhrp/sw_nhrp.h"
 #include "nhrp/vty_nhrp.h"
 #include "vty/session.h"
 
-namespace frruci::nhrp {
-
 namespace {
 
+using frruci::common::format;
+using frruci::vty::kCommandBytes;
+
 constexpr uint32_t kRefused = 1;
-constexpr uint16_t kVrf = 0; // deliveries do not look at it
+constexpr uint16_t kVrf = 0; // deliveries ignore it
 constexpr const char *kSection = "sdwan";
 constexpr const char *kFlag = "1";
 
@@ -27,97 +27,58 @@ enum class Context : uint8_t { kTunnel, kZebra, kGlobal };
 /// What the store gets: nothing, "1", "0", or the first value.
 enum class Stored : uint8_t { kNone, kOn, kOff, kValue };
 
-/// An option without a name of its own is named by the value.
-constexpr const char *kNamedByValue = nullptr;
-
-struct Row {
-    Setting setting;
+struct Setting { // texts, not pointers, which would take more flash
     Context context;
     Stored stored;
-    int values;
-    const char *command; // its values follow, each behind a blank
-    const char *option;
+    char command[34]; // with %s for each value
+    char option[22];  // named by the first value where it is empty
 };
 
-using enum Setting;
 using enum Context;
 using enum Stored;
 
-constexpr Row kRows[] = {
-    {kWord,         kTunnel, kOn,    1, "ip nhrp",                        kNamedByValue          },
-    {kNoWord,       kTunnel, kOff,   1, "no ip nhrp",                     kNamedByValue          },
-    {kAddress,      kZebra,  kValue, 1, "ip address",                     "zebra_address"        },
-    {kNoAddress,    kZebra,  kOff,   1, "no ip address",                  "zebra_address"        },
-    {kNetworkId,    kTunnel, kValue, 1, "ip nhrp network-id",             "network_id"           },
-    {kNoUnique,     kTunnel, kOn,    0, "ip nhrp registration no-unique", "registration_nounique"},
-    {kNhsNbma,      kTunnel, kValue, 1, "ip nhrp nhs dynamic nbma",       "nhs_nbma"             },
-    {kNoNhsNbma,    kTunnel, kOff,   1, "no ip nhrp nhs dynamic nbma",    "nhs_nbma"             },
-    {kMap,          kTunnel, kValue, 1, "ip nhrp map multicast",          "map_multicast"        },
-    {kNoMap,        kTunnel, kOff,   1, "no ip nhrp map multicast",       "map_multicast"        },
-    {kProfile,      kTunnel, kValue, 1, "tunnel protection vici profile", "ipsec_profile"        },
-    {kSource,       kTunnel, kValue, 1, "tunnel source",                  "ipsec_source"         },
-    {kAddLink,      kTunnel, kNone,  2, "tunnel add",                     nullptr                },
-    {kConnectLink,  kTunnel, kNone,  2, "tunnel connect",                 nullptr                },
-    {kDeleteLink,   kTunnel, kNone,  2, "tunnel del",                     nullptr                },
-    {kNoLinkDetect, kZebra,  kOn,    0, "no link-detect",                 "no_link_detect"       },
-    {kNflogGroup,   kGlobal, kValue, 1, "nhrp nflog-group",               "nflog_group"          },
-    {kMcastGroup,   kGlobal, kValue, 1, "nhrp multicast-nflog-group",     "multicast_nflog_group"},
-};
+constexpr Setting kWord = {kTunnel, kOn, "ip nhrp %s", ""};
+constexpr Setting kNoWord = {kTunnel, kOff, "no ip nhrp %s", ""};
+constexpr Setting kAddress = {kZebra, kValue, "ip address %s", "zebra_address"};
+constexpr Setting kNoAddress = {kZebra, kOff, "no ip address %s", "zebra_address"};
+constexpr Setting kNetworkId = {kTunnel, kValue, "ip nhrp network-id %s", "network_id"};
+constexpr Setting kNoUnique = {kTunnel, kOn, "ip nhrp registration no-unique",
+                               "registration_nounique"};
+constexpr Setting kNhsNbma = {kTunnel, kValue, "ip nhrp nhs dynamic nbma %s", "nhs_nbma"};
+constexpr Setting kNoNhsNbma = {kTunnel, kOff, "no ip nhrp nhs dynamic nbma %s", "nhs_nbma"};
+constexpr Setting kMulticast = {kTunnel, kValue, "ip nhrp map multicast %s", "map_multicast"};
+constexpr Setting kNoMulticast = {kTunnel, kOff, "no ip nhrp map multicast %s", "map_multicast"};
+constexpr Setting kProfile = {kTunnel, kValue, "tunnel protection vici profile %s",
+                              "ipsec_profile"};
+constexpr Setting kSource = {kTunnel, kValue, "tunnel source %s", "ipsec_source"};
+constexpr Setting kAddLink = {kTunnel, kNone, "tunnel add %s %s", ""};
+constexpr Setting kConnectLink = {kTunnel, kNone, "tunnel connect %s %s", ""};
+constexpr Setting kDeleteLink = {kTunnel, kNone, "tunnel del %s %s", ""};
+constexpr Setting kNoLinkDetect = {kZebra, kOn, "no link-detect", "no_link_detect"};
+constexpr Setting kNflogGroup = {kGlobal, kValue, "nhrp nflog-group %s", "nflog_group"};
+constexpr Setting kMcastGroup = {kGlobal, kValue, "nhrp multicast-nflog-group %s",
+                                 "multicast_nflog_group"};
 
-consteval bool everySettingHasItsRow() {
-    for (std::size_t i = 0; i < std::size(kRows); ++i) {
-        if (kRows[i].setting != static_cast<Setting>(i)) {
-            return false;
-        }
-    }
-    return std::size(kRows) == static_cast<std::size_t>(kMcastGroup) + 1;
-}
-static_assert(everySettingHasItsRow());
-
-const Row &rowOf(Setting setting) {
-    return kRows[static_cast<std::size_t>(setting)];
-}
-
-bool isComplete(const Row &row, const char *ifname, const Values &values) {
-    for (int i = 0; i < row.values; ++i) {
-        if (values.at[i] == nullptr) {
-            return false;
-        }
-    }
-    return row.context == kGlobal || ifname != nullptr;
-}
-
-void compose(char (&command)[vty::kCommandBytes], const Row &row, const Values &values) {
-    switch (row.values) {
-    case 0:
-        common::format(command, "%s", row.command);
-        break;
-    case 1:
-        common::format(command, "%s %s", row.command, values.at[0]);
-        break;
-    default:
-        common::format(command, "%s %s %s", row.command, values.at[0], values.at[1]);
-        break;
-    }
-}
+constexpr const char *kNoInterface = "";
+constexpr const char *kNoValue = "";
 
 /// A failed write does not keep the command from the daemon. Fixed by the interface.
-void record(const Row &row, const char *ifname, const Values &values) {
-    if (row.stored == kNone) {
+void record(const Setting &setting, const char *ifname, const char *value) {
+    if (setting.stored == kNone) {
         return;
     }
-    const char *option = row.option == kNamedByValue ? values.at[0] : row.option;
-    const char *value = row.stored == kValue ? values.at[0] : kFlag;
-    const int32_t enable = row.stored == kOff ? 0 : 1;
-    if (row.context == kGlobal) {
-        (void)nhrp_set_enable_config(kSection, option, value, enable);
+    const char *option = *setting.option == '\0' ? value : setting.option;
+    const char *stored = setting.stored == kValue ? value : kFlag;
+    const int32_t enable = setting.stored == kOff ? 0 : 1;
+    if (setting.context == kGlobal) {
+        (void)nhrp_set_enable_config(kSection, option, stored, enable);
     } else {
-        (void)nhrp_set_interface_config(kSection, option, ifname, value, enable);
+        (void)nhrp_set_interface_config(kSection, option, ifname, stored, enable);
     }
 }
 
-uint32_t send(const Row &row, const char *ifname, const char *command) {
-    switch (row.context) {
+uint32_t sendTo(Context context, const char *ifname, const char *command) {
+    switch (context) {
     case kTunnel:
         return doVtyNhrpConfigInterface(kVrf, ifname, command);
     case kZebra:
@@ -128,101 +89,94 @@ uint32_t send(const Row &row, const char *ifname, const char *command) {
     return kRefused;
 }
 
-} // namespace
-
-int valueCount(Setting setting) {
-    return rowOf(setting).values;
-}
-
-uint32_t apply(Setting setting, const char *ifname, const Values &values) {
-    const Row &row = rowOf(setting);
-    if (!isComplete(row, ifname, values)) {
+/// Stores the setting, then sends its command; line is the caller's, for the log. A null text is
+/// refused before anything happens.
+uint32_t apply(const Setting &setting, const char *ifname, const char *first = kNoValue,
+               const char *second = kNoValue, int line = __builtin_LINE()) {
+    if (ifname == nullptr || first == nullptr || second == nullptr) {
         return kRefused;
     }
-    char command[vty::kCommandBytes];
-    compose(command, row, values);
-    (void)record_log_act("frr_nhrp:%d: generate cmd:%s\n", __LINE__, command);
+    char command[kCommandBytes];
+    format(command, setting.command, first, second);
+    (void)record_log_act("frr_nhrp:%d: generate cmd:%s\n", line, command);
     // The store first, and it keeps the value when the daemon refuses. Fixed by the interface.
-    record(row, ifname, values);
-    return send(row, ifname, command);
+    record(setting, ifname, first);
+    return sendTo(setting.context, ifname, command);
 }
 
-} // namespace frruci::nhrp
+} // namespace
 
-using frruci::nhrp::apply;
-using enum frruci::nhrp::Setting;
-
-uint32_t nhrp_ip_nhrp(uint16_t, const char *ifname, const char *word) {
-    return apply(kWord, ifname, {word});
+uint32_t nhrp_ip_nhrp(uint16_t /*vrf*/, const char *ifname, const char *word) {
+    return apply(kWord, ifname, word);
 }
 
-uint32_t nhrp_no_ip_nhrp(uint16_t, const char *ifname, const char *word) {
-    return apply(kNoWord, ifname, {word});
+uint32_t nhrp_no_ip_nhrp(uint16_t /*vrf*/, const char *ifname, const char *word) {
+    return apply(kNoWord, ifname, word);
 }
 
-uint32_t nhrp_ip_address(uint16_t, const char *ifname, const char *address) {
-    return apply(kAddress, ifname, {address});
+uint32_t nhrp_ip_address(uint16_t /*vrf*/, const char *ifname, const char *address) {
+    return apply(kAddress, ifname, address);
 }
 
-uint32_t no_nhrp_ip_address(uint16_t, const char *ifname, const char *address) {
-    return apply(kNoAddress, ifname, {address});
+uint32_t no_nhrp_ip_address(uint16_t /*vrf*/, const char *ifname, const char *address) {
+    return apply(kNoAddress, ifname, address);
 }
 
-uint32_t nhrp_ip_nhrp_network(uint16_t, const char *ifname, const char *id) {
-    return apply(kNetworkId, ifname, {id});
+uint32_t nhrp_ip_nhrp_network(uint16_t /*vrf*/, const char *ifname, const char *id) {
+    return apply(kNetworkId, ifname, id);
 }
 
-uint32_t nhrp_ip_nhrp_registration(uint16_t, const char *ifname) {
-    return apply(kNoUnique, ifname, {});
+uint32_t nhrp_ip_nhrp_registration(uint16_t /*vrf*/, const char *ifname) {
+    return apply(kNoUnique, ifname);
 }
 
-uint32_t nhrp_ip_nhrp_nhs_nbma(uint16_t, const char *ifname, const char *nbma) {
-    return apply(kNhsNbma, ifname, {nbma});
+uint32_t nhrp_ip_nhrp_nhs_nbma(uint16_t /*vrf*/, const char *ifname, const char *nbma) {
+    return apply(kNhsNbma, ifname, nbma);
 }
 
-uint32_t nhrp_no_ip_nhrp_nhs_nbma(uint16_t, const char *ifname, const char *nbma) {
-    return apply(kNoNhsNbma, ifname, {nbma});
+uint32_t nhrp_no_ip_nhrp_nhs_nbma(uint16_t /*vrf*/, const char *ifname, const char *nbma) {
+    return apply(kNoNhsNbma, ifname, nbma);
 }
 
-uint32_t nhrp_ip_nhrp_map_multicast(uint16_t, const char *ifname, const char *address) {
-    return apply(kMap, ifname, {address});
+uint32_t nhrp_ip_nhrp_map_multicast(uint16_t /*vrf*/, const char *ifname, const char *address) {
+    return apply(kMulticast, ifname, address);
 }
 
-uint32_t nhrp_no_ip_nhrp_map_multicast(uint16_t, const char *ifname, const char *address) {
-    return apply(kNoMap, ifname, {address});
+uint32_t nhrp_no_ip_nhrp_map_multicast(uint16_t /*vrf*/, const char *ifname, const char *address) {
+    return apply(kNoMulticast, ifname, address);
 }
 
-uint32_t nhrp_tunnel_profile(uint16_t, const char *ifname, const char *profile) {
-    return apply(kProfile, ifname, {profile});
+uint32_t nhrp_tunnel_profile(uint16_t /*vrf*/, const char *ifname, const char *profile) {
+    return apply(kProfile, ifname, profile);
 }
 
-uint32_t nhrp_tunnel_source(uint16_t, const char *ifname, const char *source) {
-    return apply(kSource, ifname, {source});
+uint32_t nhrp_tunnel_source(uint16_t /*vrf*/, const char *ifname, const char *source) {
+    return apply(kSource, ifname, source);
 }
 
-uint32_t nhrp_tunnel_spoke_link(uint16_t, const char *ifname, const char *first,
+uint32_t nhrp_tunnel_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                 const char *second) {
-    return apply(kAddLink, ifname, {first, second});
+    return apply(kAddLink, ifname, first, second);
 }
 
-uint32_t nhrp_tunnel_set_spoke_link(uint16_t, const char *ifname, const char *first,
+uint32_t nhrp_tunnel_set_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                     const char *second) {
-    return apply(kConnectLink, ifname, {first, second});
+    return apply(kConnectLink, ifname, first, second);
 }
 
-uint32_t nhrp_no_tunnel_spoke_link(uint16_t, const char *ifname, const char *first,
+uint32_t nhrp_no_tunnel_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                    const char *second) {
-    return apply(kDeleteLink, ifname, {first, second});
+    return apply(kDeleteLink, ifname, first, second);
 }
 
-uint32_t nhrp_no_link_detect(uint16_t, const char *ifname) {
-    return apply(kNoLinkDetect, ifname, {});
+uint32_t nhrp_no_link_detect(uint16_t /*vrf*/, const char *ifname) {
+    return apply(kNoLinkDetect, ifname);
 }
 
-uint32_t nhrp_nflog(uint16_t, const char *group) {
-    return apply(kNflogGroup, nullptr, {group});
+uint32_t nhrp_nflog(uint16_t /*vrf*/, const char *group) {
+    return apply(kNflogGroup, kNoInterface, group);
 }
 
-uint32_t multicast_nhrp_nflog(uint16_t, const char *group) {
-    return apply(kMcastGroup, nullptr, {group});
+uint32_t multicast_nhrp_nflog(uint16_t /*vrf*/, const char *group) {
+    return apply(kMcastGroup, kNoInterface, group);
 }

@@ -23,7 +23,7 @@ constexpr const char *kOff = "0";
 constexpr int32_t kRecord = 1;
 constexpr uint16_t kInterfaceBytes = 64;
 
-int32_t store(const char *section, const char *option, const char *value) {
+int32_t storeOption(const char *section, const char *option, const char *value) {
     if (section == nullptr || option == nullptr || value == nullptr) {
         return kInvalidArgument;
     }
@@ -37,7 +37,7 @@ bool hasInterface() {
 
 } // namespace
 
-uint32_t swNhrpShow(uint16_t, const char *what) {
+uint32_t swNhrpShow(uint16_t /*vrf*/, const char *what) {
     const bool cache = what != nullptr && frruci::common::equals(what, "cache");
     // Anything else sends an empty line. Fixed by the interface.
     const char *command = cache ? "show ip nhrp cache json" : "";
@@ -59,26 +59,26 @@ int32_t nhrp_enable(void) {
 
 int32_t nhrp_set_interface(const char *ifname, int32_t flag) {
     if (flag == 0) {
-        return store(kSection, kInterface, kOff);
+        return storeOption(kSection, kInterface, kOff);
     }
     // What is recorded stays, a "0" too. Fixed by the interface.
     if (hasInterface()) {
         return 0;
     }
     (void)record_log_act("sw_nhrp:%d: nhrp interface is null\n", __LINE__);
-    return store(kSection, kInterface, ifname);
+    return storeOption(kSection, kInterface, ifname);
 }
 
 int32_t nhrp_set_interface_config(const char *section, const char *option, const char *ifname,
                                   const char *value, int32_t enable) {
     if (enable == 0) {
-        return store(section, option, kOff);
+        return storeOption(section, option, kOff);
     }
     (void)nhrp_set_interface(ifname, kRecord); // the setting is stored all the same
-    return store(section, option, value);
+    return storeOption(section, option, value);
 }
 
 int32_t nhrp_set_enable_config(const char *section, const char *option, const char *value,
                                int32_t enable) {
-    return store(section, option, enable != 0 ? value : kOff);
+    return storeOption(section, option, enable != 0 ? value : kOff);
 }

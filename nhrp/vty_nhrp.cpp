@@ -79,19 +79,19 @@ void streamAnswer(int32_t fd) {
 
 } // namespace
 
-uint32_t doVtyNhrpEnable(uint16_t, const char *command) {
+uint32_t doVtyNhrpEnable(uint16_t /*vrf*/, const char *command) {
     return deliver(kNhrpdSocket, {kEnable, command});
 }
 
-uint32_t doVtyNhrpConfig(uint16_t, const char *command) {
+uint32_t doVtyNhrpConfig(uint16_t /*vrf*/, const char *command) {
     return command == nullptr ? kFailed : deliver(kNhrpdSocket, {kEnable, kConfigure, command});
 }
 
-uint32_t doVtyNhrpConfigInterface(uint16_t, const char *ifname, const char *command) {
+uint32_t doVtyNhrpConfigInterface(uint16_t /*vrf*/, const char *ifname, const char *command) {
     return deliverToInterface(kNhrpdSocket, ifname, command);
 }
 
-uint32_t doVtyZebraConfigInterface(uint16_t, const char *ifname, const char *command) {
+uint32_t doVtyZebraConfigInterface(uint16_t /*vrf*/, const char *ifname, const char *command) {
     return deliverToInterface(kZebraSocket, ifname, command);
 }
 

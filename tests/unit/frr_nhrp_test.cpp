@@ -324,6 +324,19 @@ TEST(Builders, AcceptedTheySendAndStore) {
     }
 }
 
+TEST(Builders, EachLogsALineNumberOfItsOwn) {
+    std::map<std::string, std::string> builderOfLine;
+    for (const Builder &builder : builders()) {
+        World world;
+        EXPECT_EQ(call(builder.name, valuesOf(builder)), 0U);
+        (void)world.stage.trace(); // looked at above
+        const std::string log = world.stage.log();
+        const std::string line = log.substr(0, log.find(": generate cmd:"));
+        ASSERT_TRUE(std::regex_match(line, std::regex("frr_nhrp:[1-9][0-9]*"))) << log;
+        EXPECT_EQ(builderOfLine.emplace(line, builder.name).first->second, builder.name);
+    }
+}
+
 TEST(Builders, RefusedTheyHaveStoredAllTheSame) {
     for (const Builder &builder : builders()) {
         for (const uint8_t code : kRefusals) {
