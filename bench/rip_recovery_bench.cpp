@@ -22,7 +22,7 @@
 #include "bench/settings.h"
 #include "rip/frr_rip_recovery.h"
 #include "rip/sw_rip.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 

@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Sessions on a daemon's vty socket, and one command exchanged over them.
+/* Sessions on a daemon's vty socket, and one command exchanged over them. With it come views
+ * (views.h) and what runs once at start (startup.h).
  *
  * On the wire a command is its characters and one NUL; the answer is the command's output, three
  * NULs, and one completion code: 0 success, 1 warning, 2 no such command, 3 ambiguous command,
@@ -11,6 +12,8 @@
 #include <stdint.h>
 
 #include "../common/c_interface.h"
+#include "startup.h"
+#include "views.h"
 
 FRRUCI_C_BEGIN
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
 // What the host runs once before any handler: run-time folders and the standard views.
 
+#include "vty/startup.h"
+
 #include <cstdio>
 #include <cstdlib>
 

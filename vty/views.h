@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Views: named command contexts with placeholders; and what runs once at start.
+/* Views: named command contexts with placeholders.
  *
  * A view is the list of commands, one a line, that lead from a fresh session into a context of a
  * daemon, for example "enable\nconfigure\ninterface eth1.<vid>". A name in angle brackets is a
@@ -92,18 +92,6 @@ int32_t frrVtyFPreCmdParse(const char *view_name, dlist **holder, int32_t max_le
  * of frrVtyRun that is not 0. */
 int32_t frrVtyAutoRun(const char *view_name, const char *socket_path, const char *cmd,
                       dlist **holder, int32_t reply_size, char *reply);
-
-/* Makes /var/tmp/frr, waits 1 second and opens the permissions of the daemons' sockets, each by a
- * shell command whose outcome is not looked at.
- * Result: 0. */
-int32_t frr_process_init(void);
-
-/* Makes the view registry and registers the standard views: enable_view, configure_view,
- * interface_view (eth1.<vid>), interface_v_view (eth0.<vid>), keychain_keyid_keystr_view
- * (<keychain> and <keyid>). A second call starts over with a new registry. The first view that
- * cannot be registered ends it with a message on standard output. Result: 0 all registered; else
- * the result of that registration. */
-int32_t frrVtyInit(void);
 
 FRRUCI_C_END
 

@@ -41,6 +41,7 @@
 #include "rip/sw_rip.h"
 #include "rip/uc_rip.h"
 #include "vty/frr_util.h"
+#include "vty/startup.h"
 #include "vty/views.h"
 
 #include "observe.h"

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "common/front_end.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 // In place of the library's own: the log is no part of this, and would grow without end.
 int32_t record_log_act(const char *format, ...) {

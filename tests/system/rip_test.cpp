@@ -16,7 +16,7 @@
 #include "rip/frr_rip.h"
 #include "rip/frr_rip_recovery.h"
 #include "tests/support/real_daemons.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include "ospf/sw_ospf.h"
 #include "rip/sw_rip.h"
 #include "tests/support/real_daemons.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 

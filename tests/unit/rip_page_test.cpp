@@ -17,7 +17,7 @@
 
 #include "rip/sw_rip.h"
 #include "tests/support/stage.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 

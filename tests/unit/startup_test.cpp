@@ -10,7 +10,7 @@
 
 #include "tests/support/no_memory.h"
 #include "tests/support/stage.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 

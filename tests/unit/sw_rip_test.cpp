@@ -10,7 +10,7 @@
 #include "rip/frr_rip.h"
 #include "rip/sw_rip.h"
 #include "tests/support/stage.h"
-#include "vty/views.h"
+#include "vty/frr_util.h"
 
 namespace {
 
