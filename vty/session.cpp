@@ -1,45 +1,56 @@
 // SPDX-License-Identifier: Apache-2.0
-// The scope of one session and the sequential walk into a context.
+// The scope of one session and the walk into a context.
 
 #include "vty/session.h"
 
+#include <cstring>
+
+#include "common/status.h"
 #include "vty/frr_util.h"
 
 namespace frruci::vty {
 
+using common::kFailed;
+using common::kSuccess;
+
 Session::Session(const char *path) {
-    if (frrVtyConnect(path, &fd_) != 0) {
+    if (frrVtyConnect(path, &fd_) != kSuccess) {
         fd_ = -1;
     }
 }
 
 Session::~Session() {
-    (void)frrVtyDisconnect(fd_);
-} // refuses a session that never opened
-
-bool Session::run(const char *command) {
-    return run(command, reply_);
+    (void)frrVtyDisconnect(fd_); // refuses a session that never opened
 }
 
-bool Session::run(const char *command, char *reply) {
-    uint8_t code = 0;
-    return frrVtyRun(fd_, command, &code, reply, kReplyBytes) == 0;
+bool Session::run(const char *command, char *reply) const {
+    return walk(*this, {command}, {reply, kReplyBytes}) == kSuccess;
 }
 
-uint32_t deliver(const char *path, std::initializer_list<const char *> steps) {
-    Session session(path);
+int32_t walk(const Session &session, std::span<const char *const> steps, const Reply &reply) {
     if (!session.isOpen()) {
-        return 1;
+        return kFailed;
     }
     for (const char *step : steps) {
         if (step == nullptr) {
             break;
         }
-        if (!session.run(step)) {
-            return 1;
+        if (reply.policy == ReplyPolicy::kFresh) {
+            memset(reply.text, 0, static_cast<std::size_t>(reply.bytes));
+        }
+        uint8_t code = 0;
+        const int32_t result = frrVtyRun(session.fd(), step, &code, reply.text, reply.bytes);
+        if (result != kSuccess) {
+            return result;
         }
     }
-    return 0;
+    return kSuccess;
+}
+
+uint32_t deliver(const char *path, std::initializer_list<const char *> steps, ReplyPolicy policy) {
+    const Session session(path);
+    char reply[kReplyBytes] = {};
+    return walk(session, steps, {reply, kReplyBytes, policy}) == kSuccess ? kSuccess : kFailed;
 }
 
 } // namespace frruci::vty

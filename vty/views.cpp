@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Views: the registry, parameter lists, expansion, and the run of a command inside a view.
+// The registry of views, and the lists of parameters for their placeholders.
 
 #include "vty/views.h"
 
@@ -10,7 +10,7 @@
 #include "common/front_end.h"
 #include "common/status.h"
 #include "common/text.h"
-#include "vty/frr_util.h"
+#include "vty/view_registry.h"
 
 dlist *gPreCmdEntryList = nullptr;
 
@@ -25,8 +25,6 @@ constexpr int32_t kNoParameter = -1;
 
 constexpr std::size_t kFieldBytes = 32;
 constexpr std::size_t kLongestUnregistered = 254;
-constexpr std::size_t kEntryBytes = 255;
-constexpr int32_t kLongestExpansion = 255;
 
 // Hosts read these records directly; the lookup below takes either by the name in front.
 static_assert(sizeof(FrrVtyView) == 40 && offsetof(FrrVtyView, name) == 0 &&
@@ -82,122 +80,12 @@ FrrVtyParam *makeParameter(dlist **holder, const char *key) {
     return parameter;
 }
 
-/// The bounded text that an expansion is built in.
-struct Expansion {
-    char *out;
-    std::size_t capacity;
-    std::size_t length;
-
-    bool isFull() const { return length >= capacity; }
-
-    void append(const char *text, std::size_t count) {
-        const std::size_t room = capacity - length;
-        const std::size_t copied = count < room ? count : room;
-        memcpy(out + length, text, copied);
-        length += copied;
-    }
-};
-
-/// Fills in the placeholder whose name starts at text; returns its closing bracket, or null when
-/// the placeholder cannot be filled. Fixed by the interface: a name that the
-/// entry text ends in is left out.
-const char *expandPlaceholder(const char *text, dlist **holder, Expansion &expansion) {
-    char name[kFieldBytes] = {};
-    const std::size_t length = strcspn(text, "<>");
-    if (text[length] == '<' || length >= sizeof name) {
-        return nullptr;
-    }
-    if (text[length] == '\0') {
-        return text + length;
-    }
-    memcpy(name, text, length);
-    char value[kFieldBytes] = {};
-    const int32_t valueLength = frrVtyParamGet(holder, name, value);
-    if (valueLength < 1) {
-        return nullptr;
-    }
-    expansion.append(value, static_cast<std::size_t>(valueLength));
-    return text + length;
-}
-
-int32_t expand(const char *entryText, dlist **holder, Expansion expansion) {
-    for (const char *at = entryText; *at != '\0' && !expansion.isFull(); ++at) {
-        if (*at == '>') {
-            return kFailed;
-        }
-        if (*at != '<') {
-            expansion.append(at, 1);
-            continue;
-        }
-        at = expandPlaceholder(at + 1, holder, expansion);
-        if (at == nullptr) {
-            return kFailed;
-        }
-        if (*at == '\0') {
-            break;
-        }
-    }
-    return kSuccess;
-}
-
-/// One exchange after another on a session, into the caller's buffer.
-struct Exchange {
-    int32_t fd;
-    char *reply;
-    int32_t replySize;
-
-    int32_t run(const char *command) const {
-        uint8_t code = 0;
-        return frrVtyRun(fd, command, &code, reply, replySize);
-    }
-};
-
-/// Sends the lines of commands and then cmd, up to the first that fails.
-int32_t runLines(const Exchange &exchange, char *commands, const char *cmd) {
-    char *rest = nullptr;
-    for (const char *line = strtok_r(commands, "\n", &rest); line != nullptr;
-         line = strtok_r(nullptr, "\n", &rest)) {
-        const int32_t result = exchange.run(line);
-        if (result != kSuccess) {
-            return result;
-        }
-    }
-    return exchange.run(cmd);
-}
-
-void logRun(const char *viewName, const char *cmd, dlist *const *holder) {
-    if (hasList(holder)) {
-        (void)record_log_act("frr_util:%d: frrVtyAutoRun : view: %s, cmd: %s param count %d\n",
-                             __LINE__, viewName, cmd, static_cast<int>(dlistLength(*holder)));
-    } else {
-        (void)record_log_act("frr_util:%d: frrVtyAutoRun : view: %s, cmd: %s\n", __LINE__, viewName,
-                             cmd);
-    }
-}
-
-int32_t runInView(const char *viewName, const char *socketPath, const char *cmd, dlist **holder,
-                  int32_t replySize, char *reply) {
-    int32_t fd = 0;
-    if (viewName == nullptr || socketPath == nullptr || cmd == nullptr || reply == nullptr ||
-        frrVtyConnect(socketPath, &fd) != kSuccess) {
-        return kFailed;
-    }
-    logRun(viewName, cmd, holder);
-    char commands[kLongestExpansion + 1] = {};
-    const int32_t expanded = frrVtyFPreCmdParse(viewName, holder, kLongestExpansion, commands);
-    (void)record_log_act("frr_util:%d: frrVtyAutoRun precmd %s\n", __LINE__, commands);
-    // Fixed by the interface: from here on a failure leaves the descriptor open.
-    if (expanded != kSuccess) {
-        return kFailed;
-    }
-    const int32_t result = runLines({fd, reply, replySize}, commands, cmd);
-    if (result != kSuccess) {
-        return result;
-    }
-    return frrVtyDisconnect(fd) == kSuccess ? kSuccess : kFailed;
-}
-
 } // namespace
+
+const FrrVtyView *frruci::vty::findView(const char *name) {
+    const dlist_node *node = fitsField(name) ? findByName(gPreCmdEntryList, name) : nullptr;
+    return node != nullptr ? static_cast<const FrrVtyView *>(node->data) : nullptr;
+}
 
 int32_t frrVtyViewReg(const char *name, const char *entry_text) {
     if (!fitsField(name) || entry_text == nullptr ||
@@ -286,30 +174,4 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out) {
     }
     (void)record_log_act("frr_util:%d: argkey %s, argval %s\n", __LINE__, key, out);
     return static_cast<int32_t>(length);
-}
-
-int32_t frrVtyFPreCmdParse(const char *view_name, dlist **holder, int32_t max_len, char *out) {
-    if (view_name == nullptr || out == nullptr) {
-        return kFailed;
-    }
-    const dlist_node *node =
-        fitsField(view_name) ? findByName(gPreCmdEntryList, view_name) : nullptr;
-    char entry[kEntryBytes] = {};
-    if (node != nullptr) {
-        const char *text = static_cast<const FrrVtyView *>(node->data)->entry_text;
-        format(entry, "%s", text == nullptr ? "" : text);
-    }
-    (void)record_log_act("frr_util:%d: frrVtyAutoRun %s, %s\n", __LINE__, view_name, entry);
-    if (node == nullptr) {
-        return kFailed;
-    }
-    const std::size_t capacity = max_len > 0 ? static_cast<std::size_t>(max_len) : 0;
-    return expand(entry, holder, {out, capacity, 0});
-}
-
-int32_t frrVtyAutoRun(const char *view_name, const char *socket_path, const char *cmd,
-                      dlist **holder, int32_t reply_size, char *reply) {
-    const int32_t result = runInView(view_name, socket_path, cmd, holder, reply_size, reply);
-    (void)frrVtyParamFini(holder); // without a holder there is nothing to finish
-    return result;
 }
