@@ -60,12 +60,15 @@ template <typename Step> uint32_t forBoth(Step step) {
     return result == kSuccess ? step(kLan) : result;
 }
 
-/// The same for slots: step(slot) where the instance has one.
-template <typename Step> uint32_t forBothSlots(Step step) {
-    return forBoth([&step](const Instance &instance) {
-        const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        return slot != kNoSlot ? step(slot) : kSuccess;
-    });
+/// Runs step(slot) for the slot of a process id; a process id without one has nothing to record.
+template <typename Step> uint32_t inSlotOf(uint16_t processId, Step step) {
+    const uint32_t slot = ucOspfHasProcessId(processId);
+    return slot != kNoSlot ? step(slot) : kSuccess;
+}
+
+template <typename Step> uint32_t inBothSlots(Step step) {
+    return forBoth(
+        [&step](const Instance &instance) { return inSlotOf(instance.processId, step); });
 }
 
 /// Sends the command in the router context, once for each instance.

@@ -10,12 +10,12 @@
 #include "ospf/frr_ospf_process.h"
 #include "ospf/frr_ospf_reply.h"
 #include "ospf/frr_ospf_settings.h"
+#include "ospf/frr_ospf_show.h"
 #include "ospf/numbers.h"
 #include "ospf/sw_ospf.h"
 
 namespace {
 
-using frruci::common::equals;
 using frruci::common::Words;
 using namespace frruci::ospf;
 
@@ -163,33 +163,3 @@ void process_ospf_ospf_cfg(int32_t argc, char **argv) {
                         logFailure);
     replyOk();
 }
-
-namespace frruci::ospf {
-
-void replyOk(const char *pipe) {
-    (void)write_pipe_to_lua("ok", pipe); // without a pipe there is nobody to tell
-}
-
-void logFailure(uint32_t status, const char *what, int line) {
-    if (status != 0) {
-        (void)record_log_act("frr_ospf:%d:  ret=%d, %s\n", line, static_cast<int32_t>(status),
-                             what);
-    }
-}
-
-void applyProcessOptions(const ProcessOptions &options, FailureLog log) {
-    using common::number;
-    const uint32_t compatible = flag(equals(options.rfcCompatible, kEnableWord));
-    const uint32_t passive = flag(equals(options.passiveDefault, kEnableWord));
-    const int32_t delay = number(options.spfDelay);
-    const int32_t initialHold = number(options.spfInitialHold);
-    const int32_t maximumHold = number(options.spfMaximumHold);
-    log(swOspfdistance(kNoVrf, kSet, number(options.distance)), "swOspfdistance", __LINE__);
-    log(swOspfRfc1583Compa(kNoVrf, compatible), "rfc1583_compatile", __LINE__);
-    log(swOspfTimerThrottleSpf(kNoVrf, kSet, delay, initialHold, maximumHold),
-        "swOspfTimerThrottleSpf", __LINE__);
-    log(swOspfMaxPaths(kNoVrf, kSet, number(options.maximumPaths)), "swOspfMaxPaths", __LINE__);
-    log(swOspfPassiveInterface(kNoVrf, passive), "swOspfPassiveInterface", __LINE__);
-}
-
-} // namespace frruci::ospf

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: Apache-2.0
-// The interface-command builders, and the front-end's keywords for them.
+// The interface-command builders.
 
 #include <iterator>
 
-#include "common/table.h"
 #include "ospf/frr_ospf.h"
-#include "ospf/frr_ospf_settings.h"
 #include "ospf/interface_command.h"
 
 namespace {
@@ -97,46 +95,3 @@ uint32_t ip_ospf_auth_md5key(uint16_t vrf, const char *ifname, int32_t wan, int3
                              int32_t key_id, const char *key) {
     return sendSetting(kAuthMd5Key, {vrf, ifname, wan, enable}, key_id, key);
 }
-
-namespace frruci::ospf {
-
-namespace {
-
-template <auto Builder> uint32_t setValue(const char *name, int32_t wan, int32_t value) {
-    return Builder(kNoVrf, name, wan, kSet, value);
-}
-
-uint32_t setNetworkType(const char *name, int32_t wan, int32_t value) {
-    return ip_ospf_network_type(kNoVrf, name, wan, kSet, static_cast<uint32_t>(value));
-}
-
-// Of these two the value is the enable flag.
-template <auto Builder> uint32_t setSwitch(const char *name, int32_t wan, int32_t value) {
-    return Builder(kNoVrf, name, wan, value);
-}
-
-constexpr InterfaceKeyword kInterfaceKeywords[] = {
-    {"cost",         setValue<ip_ospf_cost>,        Replay::kAlways,  __LINE__},
-    {"retransmit",   setValue<ip_ospf_retransmit>,  Replay::kAlways,  __LINE__},
-    {"transmit",     setValue<ip_ospf_transmit>,    Replay::kAlways,  __LINE__},
-    {"priority",     setValue<ip_ospf_priority>,    Replay::kAlways,  __LINE__},
-    {"hello",        setValue<ip_ospf_hello>,       Replay::kAlways,  __LINE__},
-    {"dead",         setValue<ip_ospf_dead>,        Replay::kAlways,  __LINE__},
-    {"network_type", setNetworkType,                Replay::kAlways,  __LINE__},
-    {"mtu_ignore",   setSwitch<ip_ospf_mtu_ignore>, Replay::kAlways,  __LINE__},
-    {"passive",      setSwitch<ip_ospf_passive>,    Replay::kWhenOne, __LINE__},
-};
-
-static_assert(common::hasUniqueWords<&InterfaceKeyword::word>(kInterfaceKeywords));
-
-} // namespace
-
-const InterfaceKeyword *findInterfaceKeyword(const char *word) {
-    return common::findRow<&InterfaceKeyword::word>(kInterfaceKeywords, word);
-}
-
-std::span<const InterfaceKeyword> interfaceKeywords() {
-    return kInterfaceKeywords;
-}
-
-} // namespace frruci::ospf

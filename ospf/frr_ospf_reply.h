@@ -15,9 +15,6 @@ void replyOk(const char *pipe = kReplyPipe);
 /// Logs a status other than 0. The number in the line is that of the call or table row that failed.
 void logFailure(uint32_t status, const char *what, int line = __builtin_LINE());
 
-/// Brings the daemon's state into the store's interface sections, and replies.
-void showInterfaces(int line = __builtin_LINE());
-
 } // namespace frruci::ospf
 
 #endif

@@ -2,6 +2,8 @@
 // The display: what the pages ask for, the show commands of ospfd, and the rows that its lines
 // become.
 
+#include "ospf/frr_ospf_show.h"
+
 #include <arpa/inet.h>
 
 #include "common/front_end.h"

@@ -24,55 +24,33 @@ using namespace frruci::ospf;
 constexpr uint32_t kKindUp = 1;
 constexpr uint32_t kVlanIdMask = 0xffff;
 
+/// A setting of the router, with at most one number.
 struct RouterSetting {
     RouterKey key;
-    const char *set;
-    const char *unset;
+    const char *words;
+    const char *number;   ///< follows them when set
+    const char *unsetEnd; ///< follows "no" and the words
 };
 
 // Fixed by the interface: the distance is unset with a text of another form. ospfd accepts it and
 // keeps its distance, so that the model's 110 is no longer the daemon's.
 constexpr RouterSetting kRouterSettings[] = {
-    {kGracefulRestartKey,    "graceful-restart",                 "no graceful-restart"         },
-    {kReferenceBandwidthKey, "auto-cost reference-bandwidth %d",
-     "no auto-cost reference-bandwidth"                                                        },
-    {kRfc1583Key,            "compatible rfc1583",               "no compatible rfc1583"       },
-    {kDefaultMetricKey,      "default-metric %d",                "no default-metric"           },
-    {kDistanceKey,           "distance %d",                      "no distance ospf"            },
-    {kPassiveDefaultKey,     "passive-interface default",        "no passive-interface default"},
-    {kMaximumPathsKey,       "maximum-paths %d",                 "no maximum-paths"            },
+    {kGracefulRestartKey,    "graceful-restart",              "",    ""     },
+    {kReferenceBandwidthKey, "auto-cost reference-bandwidth", " %d", ""     },
+    {kRfc1583Key,            "compatible rfc1583",            "",    ""     },
+    {kDefaultMetricKey,      "default-metric",                " %d", ""     },
+    {kDistanceKey,           "distance",                      " %d", " ospf"},
+    {kPassiveDefaultKey,     "passive-interface default",     "",    ""     },
+    {kMaximumPathsKey,       "maximum-paths",                 " %d", ""     },
 };
-
-/// Whether a table's format takes no argument other than at most one int.
-constexpr bool takesAtMostOneInt(const char *text) {
-    int ints = 0;
-    for (; *text != '\0'; ++text) {
-        if (*text == '%') {
-            ++text;
-            if (*text != 'd') {
-                return false;
-            }
-            ++ints;
-        }
-    }
-    return ints <= 1;
-}
-
-constexpr bool textsTakeTheirValue() {
-    for (const RouterSetting &row : kRouterSettings) {
-        if (!takesAtMostOneInt(row.set) || !takesAtMostOneInt(row.unset)) {
-            return false;
-        }
-    }
-    return frruci::common::isInOrder<&RouterSetting::key>(kRouterSettings, kGracefulRestartKey);
-}
-static_assert(textsTakeTheirValue());
+static_assert(frruci::common::isInOrder<&RouterSetting::key>(kRouterSettings, kGracefulRestartKey));
 
 /// One row's setting, told to and recorded for one instance after the other.
 uint32_t applySetting(RouterKey key, uint32_t set, int32_t value = 0) {
     const RouterSetting &setting = kRouterSettings[key - kGracefulRestartKey];
     CommandText command;
-    format(command, set != 0 ? setting.set : setting.unset, value);
+    format(command, "%s%s", set != 0 ? "" : "no ", setting.words);
+    append(command, set != 0 ? setting.number : setting.unsetEnd, value);
     return forBoth([&](const Instance &instance) {
         return onceAccepted(vtyOspfConfigOspf(0, command, instance.selector), [&] {
             return ucIpOpsfBasicSetParaByKey(instance.processId, set, &value, key);
@@ -223,13 +201,8 @@ uint32_t swOspfEnableProcess(uint16_t processId, uint32_t selector) {
 uint32_t swOspfDisableProcess(uint16_t processId) {
     CommandText command;
     format(command, "no router ospf %d", processId);
-    return onceAccepted(vtyOspfConfigOspf(0, command, 0), [processId] {
-        const uint32_t slot = swOspfHasProcessId(processId);
-        if (slot != kNoSlot) {
-            (void)ucOspfDefaultProcessByNum(slot); // the slot is there
-        }
-        return kSuccess;
-    });
+    return onceAccepted(vtyOspfConfigOspf(0, command, 0),
+                        [processId] { return inSlotOf(processId, ucOspfDefaultProcessByNum); });
 }
 
 uint32_t swOspfGetVlanIdByUp(const OspfVlanRecord * /*record*/) {
@@ -309,7 +282,7 @@ uint32_t swOspfOrignate(uint32_t /*unused*/, uint32_t always, int32_t metric, ui
     CommandText command;
     composeRoute(command, route);
     return onceAccepted(sendToBoth(command), [&] {
-        return forBothSlots([&](uint32_t slot) { return recordRoute(slot, route); });
+        return inBothSlots([&](uint32_t slot) { return recordRoute(slot, route); });
     });
 }
 
@@ -323,8 +296,9 @@ uint32_t swOspfNetwork(uint32_t /*unused*/, const char *address, const char *mas
     (void)record_log_act("sw_ospf:%d: swOspfNetwork cmd = %s\n", 1025, command);
     return onceAccepted(vtyOspfConfigOspf(0, command, selector), [=] {
         const Instance &instance = selector != 0 ? kWan : kLan;
-        const uint32_t slot = ucOspfHasProcessId(instance.processId);
-        return slot != kNoSlot ? recordNetwork(slot, set, address, mask, areaId) : kSuccess;
+        return inSlotOf(instance.processId, [=](uint32_t slot) {
+            return recordNetwork(slot, set, address, mask, areaId);
+        });
     });
 }
 
@@ -342,7 +316,7 @@ uint32_t swOspfRedistribute(uint32_t sourceProcessId, uint32_t set, uint32_t sou
         }
     }
     return onceAccepted(sendToBoth(command), [=] {
-        return forBothSlots([=](uint32_t slot) {
+        return inBothSlots([=](uint32_t slot) {
             return ucOspfRedistribute(slot, set, source, static_cast<uint32_t>(metric), hasMetric,
                                       static_cast<uint32_t>(metricType), hasMetricType,
                                       sourceProcessId);

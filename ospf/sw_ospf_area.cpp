@@ -24,14 +24,10 @@ void composeArea(CommandText &command, const char *area, uint32_t set, uint32_t 
     append(command, "%s", textAt(kTypeWords, areaType));
 }
 
-/// Brings an accepted command into the slot of processId: change(slot, record) for the area's
-/// record when there is one, else, when set, a new record that fill(record) completes.
+/// Brings an accepted command into a slot: change(slot, record) for the area's record when there is
+/// one, else, when set, a new record that fill(record) completes.
 template <typename Change, typename Fill>
-uint32_t recordArea(uint16_t processId, const char *area, uint32_t set, Change change, Fill fill) {
-    const uint32_t slot = ucOspfHasProcessId(processId);
-    if (slot == kNoSlot) {
-        return kSuccess;
-    }
+uint32_t recordArea(uint32_t slot, const char *area, uint32_t set, Change change, Fill fill) {
     const uint32_t areaId = sw_ospf_inet_aton(area);
     OspfAreaCfg record = kAreaDefaults;
     if (ucOspfAreaGetCfg(slot, areaId, &record) == kSuccess) {
@@ -49,8 +45,10 @@ uint32_t recordArea(uint16_t processId, const char *area, uint32_t set, Change c
 template <typename Change, typename Fill>
 uint32_t sendArea(const CommandText &command, uint32_t selector, uint16_t processId,
                   const char *area, uint32_t set, Change change, Fill fill) {
-    return onceAccepted(vtyOspfConfigOspf(0, command, selector),
-                        [&] { return recordArea(processId, area, set, change, fill); });
+    return onceAccepted(vtyOspfConfigOspf(0, command, selector), [&] {
+        return inSlotOf(processId,
+                        [&](uint32_t slot) { return recordArea(slot, area, set, change, fill); });
+    });
 }
 
 uint32_t writeBack(uint32_t slot, const OspfAreaCfg &record) {

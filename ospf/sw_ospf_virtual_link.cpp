@@ -70,14 +70,9 @@ uint32_t addLink(uint32_t slot, OspfVirtualLinkCfg record, uint32_t set, Change 
     return ucOspfVirtualLinkInsert(slot, &record);
 }
 
-/// Brings an accepted command into the slot of the link's process; change(record) stores the
-/// operation's own fields.
+/// Brings an accepted command into a slot; change(record) stores the operation's own fields.
 template <typename Change>
-uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change change) {
-    const uint32_t slot = ucOspfHasProcessId(link.processId);
-    if (slot == kNoSlot) {
-        return kSuccess;
-    }
+uint32_t recordLink(uint32_t slot, const Link &link, uint32_t set, OnUnset onUnset, Change change) {
     OspfVirtualLinkCfg record = kVirtualLinkDefaults;
     record.areaId = sw_ospf_inet_aton(link.area);
     record.peerRouterId = sw_ospf_inet_aton(link.peer);
@@ -94,12 +89,14 @@ uint32_t recordLink(const Link &link, uint32_t set, OnUnset onUnset, Change chan
     return ucOspfVirtualLinkSetCfg(slot, key, &record);
 }
 
-/// Sends the command for both instances, and records it once it was accepted.
+/// Records a command that was sent, once it was accepted.
 template <typename Change>
-uint32_t sendLink(const CommandText &command, const Link &link, uint32_t set, OnUnset onUnset,
-                  Change change) {
-    return onceAccepted(sendToBoth(command),
-                        [&] { return recordLink(link, set, onUnset, change); });
+uint32_t recordSent(uint32_t sent, const Link &link, uint32_t set, OnUnset onUnset, Change change) {
+    return onceAccepted(sent, [&] {
+        return inSlotOf(link.processId, [&](uint32_t slot) {
+            return recordLink(slot, link, set, onUnset, change);
+        });
+    });
 }
 
 /// The key's bytes, whatever its text's length, or zeroes.
@@ -134,14 +131,12 @@ uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *pee
     // Fixed by the interface: both times with the caller's selector.
     const uint32_t sent = forBoth(
         [&](const Instance & /*instance*/) { return vtyOspfConfigOspf(0, command, selector); });
-    return onceAccepted(sent, [&] {
-        return recordLink(link, set, OnUnset::Remove, [&timers](OspfVirtualLinkCfg &record) {
-            for (std::size_t i = 0; i < std::size(kTimers); ++i) {
-                if (timers[i].given) {
-                    storeNumber(record, kTimers[i].field, static_cast<uint32_t>(timers[i].value));
-                }
+    return recordSent(sent, link, set, OnUnset::Remove, [&timers](OspfVirtualLinkCfg &record) {
+        for (std::size_t i = 0; i < std::size(kTimers); ++i) {
+            if (timers[i].given) {
+                storeNumber(record, kTimers[i].field, static_cast<uint32_t>(timers[i].value));
             }
-        });
+        }
     });
 }
 
@@ -155,10 +150,10 @@ uint32_t swOspfVirtualLinkAuth(uint16_t processId, const char *area, const char 
         composeLink(command, link, false, " authentication");
         append(command, "%s", kAuthWords[authType]);
     }
-    return sendLink(command, link, set, OnUnset::RemoveWhenZero,
-                    [authType](OspfVirtualLinkCfg &record) {
-                        record.authType = static_cast<OspfAuthType>(authType);
-                    });
+    return recordSent(sendToBoth(command), link, set, OnUnset::RemoveWhenZero,
+                      [authType](OspfVirtualLinkCfg &record) {
+                          record.authType = static_cast<OspfAuthType>(authType);
+                      });
 }
 
 uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const char *peer,
@@ -168,8 +163,8 @@ uint32_t swOspfVirtualLinkAuthKey(uint16_t processId, const char *area, const ch
     // Fixed by the interface: there is no "no" form.
     format(command, "area %s virtual-link %s authentication-key %s", orEmpty(area), orEmpty(peer),
            orEmpty(key));
-    return sendLink(command, link, set, OnUnset::StoreLikeASetting,
-                    [=](OspfVirtualLinkCfg &record) { storeKey(record.simpleKey, key, set); });
+    return recordSent(sendToBoth(command), link, set, OnUnset::StoreLikeASetting,
+                      [=](OspfVirtualLinkCfg &record) { storeKey(record.simpleKey, key, set); });
 }
 
 uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const char *peer,
@@ -179,10 +174,10 @@ uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const cha
     format(command, "%sarea %s virtual-link %s message-digest-key %d md5 %s",
            set != kUnset ? "" : "no ", orEmpty(area), orEmpty(peer), static_cast<int32_t>(keyId),
            set != kUnset ? orEmpty(key) : "1");
-    return sendLink(
-        command, link, set, OnUnset::StoreLikeASetting, [=](OspfVirtualLinkCfg &record) {
-            record.md5KeyId =
-                static_cast<uint8_t>(keyId); // Fixed by the interface: kept by an unset too.
-            storeKey(record.md5Key, key, set);
-        });
+    return recordSent(sendToBoth(command), link, set, OnUnset::StoreLikeASetting,
+                      [=](OspfVirtualLinkCfg &record) {
+                          // Fixed by the interface: an unset stores the key id too.
+                          record.md5KeyId = static_cast<uint8_t>(keyId);
+                          storeKey(record.md5Key, key, set);
+                      });
 }

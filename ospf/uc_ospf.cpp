@@ -195,22 +195,12 @@ uint32_t ucOspfGetProcessPid(uint32_t slot) {
 
 uint32_t ucOspfGetCfg(uint32_t slot, OspfProcessCfg *out) {
     const Locked lock(uc_ospf_mutex);
-    const OspfProcessCfg *record = processAt(slot);
-    if (record == nullptr || out == nullptr) {
-        return kFailed;
-    }
-    *out = *record;
-    return kSuccess;
+    return copyRecord<OspfProcessCfg>(out, processAt(slot));
 }
 
 uint32_t ucOspfSetCfg(uint32_t slot, const OspfProcessCfg *in) {
     const Locked lock(uc_ospf_mutex);
-    OspfProcessCfg *record = processAt(slot);
-    if (record == nullptr || in == nullptr) {
-        return kFailed;
-    }
-    *record = *in;
-    return kSuccess;
+    return copyRecord(processAt(slot), in);
 }
 
 uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void *value,

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 
+#include "ospf/results.h"
 #include "ospf/uc_ospf.h"
 
 namespace frruci::ospf {
@@ -21,6 +22,15 @@ inline OspfProcessCfg *processAt(uint32_t slot) {
 /// The interface entry; null without a model or out of range. Call it with the lock held.
 inline OspfInterfaceEntry *entryAt(uint32_t index) {
     return pucOspf != nullptr && index < kEntries ? &pucOspf->interface[index] : nullptr;
+}
+
+/// Copies a record out of or into the block; one that is missing, or the caller's null, fails.
+template <typename Record> uint32_t copyRecord(Record *to, const Record *from) {
+    if (to == nullptr || from == nullptr) {
+        return kFailed;
+    }
+    *to = *from;
+    return kSuccess;
 }
 
 using ListHandle = dlist *OspfProcessCfg::*;

@@ -65,22 +65,12 @@ template <typename Change> uint32_t withEntry(uint32_t vlanId, bool set, Change 
 
 uint32_t ucOspfGetInCfg(uint32_t index, OspfInterfaceEntry *out) {
     const Locked lock(uc_ospf_mutex);
-    const OspfInterfaceEntry *entry = entryAt(index);
-    if (entry == nullptr || out == nullptr) {
-        return kFailed;
-    }
-    *out = *entry;
-    return kSuccess;
+    return copyRecord<OspfInterfaceEntry>(out, entryAt(index));
 }
 
 uint32_t ucOspfSetInCfg(uint32_t index, const OspfInterfaceEntry *in) {
     const Locked lock(uc_ospf_mutex);
-    OspfInterfaceEntry *entry = entryAt(index);
-    if (entry == nullptr || in == nullptr) {
-        return kFailed;
-    }
-    *entry = *in;
-    return kSuccess;
+    return copyRecord(entryAt(index), in);
 }
 
 uint32_t ucOspfGetInEntry(OspfInterfaceEntry *out) {

@@ -86,7 +86,7 @@ protected:
 
 TEST_F(Lines, TellTheProcessOptionsApart) {
     call(process_ospf_ospf_cfg, {"120", "enable", "1", "2", "3", "4", "enable"});
-    const char *file = "frr_ospf.cpp";
+    const char *file = "frr_ospf_settings.cpp";
     expectFailures("frr_ospf",
                    {
                        {file, "swOspfdistance(",         " ret=1, swOspfdistance"        },
@@ -108,7 +108,7 @@ TEST_F(Lines, TellTheKeywordsOfAnInterfaceApart) {
         rows.push_back(std::string("{\"") + keyword + "\",");
     }
     for (const std::string &row : rows) {
-        wanted.push_back({"frr_ospf_builders.cpp", row.c_str(), " ret=1, ip_ospf_cost, failed"});
+        wanted.push_back({"frr_ospf_settings.cpp", row.c_str(), " ret=1, ip_ospf_cost, failed"});
     }
     expectFailures("frr_ospf", wanted);
 }
@@ -200,7 +200,7 @@ TEST_F(Lines, TellTheReplayedSettingsApart) {
     const char *const calls[] = {"swOspfdistance(", "swOspfRfc1583Compa(", "swOspfTimerThrottleSpf",
                                  "swOspfMaxPaths(", "swOspfPassiveInterface("};
     for (std::size_t i = 0; i < 5; ++i) {
-        EXPECT_NE(sourceLine("frr_ospf.cpp", options[7 + i].first).find(calls[i]),
+        EXPECT_NE(sourceLine("frr_ospf_settings.cpp", options[7 + i].first).find(calls[i]),
                   std::string::npos);
     }
     ospf_recovery_interface();
@@ -210,7 +210,7 @@ TEST_F(Lines, TellTheReplayedSettingsApart) {
     }
     const char *message = " ret=1, ip_ospf_cost, failed";
     for (const std::string &row : rows) {
-        wanted.push_back({"frr_ospf_builders.cpp", row.c_str(), message});
+        wanted.push_back({"frr_ospf_settings.cpp", row.c_str(), message});
     }
     wanted.push_back({"frr_ospf_recovery.cpp", "ip_ospf_auth(", message});
     expectFailures("frr_ospf_recovery", wanted);
