@@ -21,9 +21,9 @@ FRRUCI_C_BEGIN
  *   ifname  interface as the daemon knows it, e.g. eth1.2; null counts as empty
  *   wan     1 for a WAN interface, 0 for LAN; the interface is addressed by its name alone
  *   enable  non-zero: the setting; 0: its "no" form, which ignores the value
- * Numbers are sent as they are, the daemon judges their range. A command is cut at 255 characters.
- * Shared result: 0 accepted; 1 no connection, or the context or the command was refused; any
- * exception is stated with the function. */
+ * Numbers are sent as they are; the daemon refuses those out of range. A command is cut at 255
+ * characters. Shared result: 0 accepted; 1 no connection, or the context or the command was
+ * refused; any exception is stated with the function. */
 
 /* "ip ospf cost COST" / "no ip ospf cost". */
 uint32_t ip_ospf_cost(uint16_t vrf, const char *ifname, int32_t wan, int32_t enable, int32_t cost);
@@ -120,7 +120,7 @@ void process_ospf_ospf_cfg(int32_t argc, char **argv);
 
 /* ---- show triggers ----
  *
- * swOspfShowOspf, a pause of 10 milliseconds, and "ok" as the end mark behind the rows in the same
+ * swOspfShowOspf, a pause of 10 milliseconds, and "ok" as the end mark after the rows in the same
  * display pipe; then a failure is logged. Each row is one write. */
 
 /* Neighbour rows, to /tmp/tmp/ospf_pipe_c2lua_neighbor. */
@@ -149,7 +149,7 @@ typedef struct OspfDatabaseRequest {
 int32_t swOspfShowOspf(uint16_t vrf, const char *what, int32_t mode);
 
 /* Sends "show ip ospf database TYPE ID SELECTION" twice, below a WAN and a LAN banner; parts that
- * are not given stay empty between their blanks, texts are cut at 64 characters. The lines go to
+ * are not given stay empty between their spaces, texts are cut at 64 characters. The lines go to
  * handle_rip_show_interface and to standard output, not to a display pipe. vrf is not used.
  * Result: 0 shown; 1 request is null, or one of the two failed (the second is not tried then). */
 int32_t swOspfShowOspfDatabase(uint16_t vrf, const OspfDatabaseRequest *request);
@@ -157,7 +157,7 @@ int32_t swOspfShowOspfDatabase(uint16_t vrf, const OspfDatabaseRequest *request)
 /* ---- line handlers ----
  *
  * line: one line of daemon output, ending in CR LF, in writable memory of at least 257 bytes of
- * which the bytes behind the text are zero. It is not kept. A null line is ignored. */
+ * which the bytes after the text are zero. It is not kept. A null line is ignored. */
 
 /* Hands line on by kind: 1 interface, 2 neighbor, 3 database; others are ignored. arg: 1 for the
  * WAN instance, 0 for LAN. */
@@ -166,9 +166,9 @@ void handle_ospf_show(char *line, uint32_t kind, uint32_t arg);
 /* Mirrors "show ip ospf interface" into the store's package ospf. "NAME is up" makes the section
  * NAME, with "_" for ".", current and sets working = on in it; NAME has at most 15 characters.
  * A line of at least 8 words with Network Type as the fourth and fifth sets network_type of the
- * current section (1 for POINTOPOINT, 0 for BROADCAST), and cost to its eighth word behind Cost,
- * the line end included where that word is the last. Changes line. Logs each store write that
- * fails. */
+ * current section (1 for POINTOPOINT, 0 for BROADCAST), and, where the seventh word begins with
+ * Cost, cost to the eighth, its line end included where it is the last. Changes line. Logs each
+ * store write that fails. */
 void handle_ospf_show_interface(char *line);
 
 /* Writes line, at most 257 bytes, to /tmp/tmp/ospf_pipe_c2lua_neighbor when its first word is an

@@ -25,7 +25,8 @@ int32_t process_exist(const char *name, int32_t kill_flag);
 int32_t kill_process(char *ps_line);
 
 /* Starts zebra ("zebra -d ") and waits 1 second; does neither when process_exist finds a zebra.
- * Logs which of the two it was. Result: 0, of no meaning. */
+ * Logs which of the two it was.
+ * Result: 0, of no meaning. */
 int32_t zebra_enable(void);
 
 FRRUCI_C_END

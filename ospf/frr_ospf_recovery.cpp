@@ -43,7 +43,7 @@ void logInterfaceFailure(uint32_t status, int line = __builtin_LINE()) {
 }
 
 /// An option of a named section; empty when it is missing.
-Value read(const char *section, const char *option, int line = __builtin_LINE()) {
+Value readOption(const char *section, const char *option, int line = __builtin_LINE()) {
     Value value = {};
     logFailure(
         static_cast<uint32_t>(frr_uci_get(kPackage, section, option, value.data(), kValueBytes)),
@@ -74,10 +74,10 @@ constexpr StoredOption kProcessOptions[] = {
 };
 
 template <std::size_t N>
-std::array<Value, N> readAll(const char *section, const StoredOption (&options)[N]) {
+std::array<Value, N> readOptions(const char *section, const StoredOption (&options)[N]) {
     std::array<Value, N> values = {};
     for (std::size_t i = 0; i < N; ++i) {
-        values[i] = read(section, options[i].name, options[i].line);
+        values[i] = readOption(section, options[i].name, options[i].line);
     }
     return values;
 }
@@ -125,7 +125,7 @@ uint32_t replayAuthentication(const StoredInterface &stored) {
 
 int32_t ospf_cfg_recovery(void) {
     (void)record_log_act("frr_ospf_recovery:%d: ospf_cfg_recovery begin\n", __LINE__);
-    const Value status = read("global", "status");
+    const Value status = readOption("global", "status");
     if (equals(status.data(), "on")) {
         // Daemons and instances first: what follows is configured in them.
         ospf_recovery_process();
@@ -138,19 +138,19 @@ int32_t ospf_cfg_recovery(void) {
 }
 
 void ospf_recovery_process(void) {
-    const Value routerId = read("global", "router_id");
+    const Value routerId = readOption("global", "router_id");
     (void)ospf_enable(routerId.data()); // a daemon that does not start fails what follows
 }
 
 void ospf_recovery_adv_cfg(void) {
-    auto values = readAll("advertise_cfg", kAdvertiseOptions);
+    auto values = readOptions("advertise_cfg", kAdvertiseOptions);
     char *words[] = {values[0].data(), values[1].data(), values[2].data(), values[3].data(),
                      nullptr};
     process_ospf_advertise_cfg(static_cast<int32_t>(values.size()), words);
 }
 
 void ospf_recovery_ospf_cfg(void) {
-    const auto values = readAll("ospf_cfg", kProcessOptions);
+    const auto values = readOptions("ospf_cfg", kProcessOptions);
     applyProcessOptions({values[0].data(), values[1].data(), values[2].data(), values[3].data(),
                          values[4].data(), values[5].data(), values[6].data()},
                         logFailure);

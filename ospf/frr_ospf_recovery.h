@@ -2,9 +2,9 @@
 /* Replay of the stored OSPF configuration, the UCI package ospf, into freshly started daemons.
  *
  * Nothing is replied to the front-end and nothing is written to the store. Failures are lines of
- * the log, under the source name frr_ospf_recovery, and never stop the replay. A missing option
- * counts as the empty text or as 0, and 0 is sent. Meant to run before the front-end's first
- * request. */
+ * the log, under the source name frr_ospf_recovery, and never stop the replay; the number in such a
+ * line is that of the call or table row in the source that failed. A missing option counts as the
+ * empty text or as 0, and 0 is sent. Meant to run before the front-end's first request. */
 #ifndef FRRUCI_OSPF_FRR_OSPF_RECOVERY_H
 #define FRRUCI_OSPF_FRR_OSPF_RECOVERY_H
 
@@ -23,7 +23,7 @@ struct uci_section;
 int32_t ospf_cfg_recovery(void);
 
 /* Starts zebra and ospfd where they do not run, and sets the router id (ospf_enable with
- * global.router_id, whose result is not heeded; the mandated pauses are in there). */
+ * global.router_id, which makes the pauses; its result is ignored). */
 void ospf_recovery_process(void);
 
 /* Sets the default-route origination: process_ospf_advertise_cfg with originate, always, metric
@@ -48,8 +48,8 @@ int32_t ospf_recovery_network_from_section(struct uci_context *context,
 /* Sends the settings of one interface section (interface, ns) in this order: cost, retransmit,
  * transmit, priority, hello, dead, network_type, mtu_ignore (also its "no" form), passive when it
  * is 1, auto_type; then simple_key for type 1, or md5_key_id and md5_key for type 2. Every failure
- * but that of a key is logged. A section without interface is skipped. Result: the status of the
- * key command where one was sent (0 accepted, 1 failed); else 0. */
+ * but that of a key is logged. A section without interface is skipped.
+ * Result: the status of the key command where one was sent (0 accepted, 1 failed); else 0. */
 int32_t ospf_recovery_interface_from_section(struct uci_context *context,
                                              struct uci_section *section);
 

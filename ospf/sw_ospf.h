@@ -45,11 +45,12 @@ uint32_t swOspfProcessIsEnable(uint32_t slot);
 uint32_t swOspfProcessCreateById(uint16_t processId, uint32_t selector);
 
 /* Starts ospfd as swOspfProcessCreateById does and gives processId a slot of the model.
- * Result: 0; 4 no free slot, or no model. */
+ * Result: 0 done; 4 no free slot, or no model. */
 uint32_t swOspfEnableProcess(uint16_t processId, uint32_t selector);
 
 /* Sends "no router ospf <processId>" and resets the id's slot, if it has one. The daemon goes on
- * running. Result: 0 or 1. */
+ * running.
+ * Result: 0 or 1. */
 uint32_t swOspfDisableProcess(uint16_t processId);
 
 /* Result: 0. */
@@ -67,13 +68,16 @@ uint32_t swOspfGetVlanIdByInf(uint32_t kind, const OspfVlanRecord *record, uint3
  * Result: 0 or 1. */
 uint32_t swOspfRouterId(uint32_t unused, uint32_t set, const char *routerId);
 
-/* "graceful-restart" or its "no" form. Result: 0 or 1. */
+/* "graceful-restart" or its "no" form.
+ * Result: 0 or 1. */
 uint32_t swOspfGracefulRestart(uint32_t unused, uint32_t set);
 
-/* "compatible rfc1583" or its "no" form. Result: 0 or 1. */
+/* "compatible rfc1583" or its "no" form.
+ * Result: 0 or 1. */
 uint32_t swOspfRfc1583Compa(uint32_t unused, uint32_t set);
 
-/* "default-metric <metric>" or "no default-metric" (recorded as -1). Result: 0 or 1. */
+/* "default-metric <metric>" or "no default-metric" (recorded as -1).
+ * Result: 0 or 1. */
 uint32_t swOspfDefaultMetric(uint32_t unused, uint32_t set, int32_t metric);
 
 /* "distance <distance>" or "no distance ospf" (recorded as 110). The low byte is recorded. ospfd
@@ -89,7 +93,8 @@ uint32_t swOspfMaxPaths(uint32_t unused, uint32_t set, int32_t paths);
  * Result: 0 or 1. */
 uint32_t swOspfAutoCostRef(uint32_t unused, uint32_t set, int32_t bandwidth);
 
-/* "passive-interface default" or its "no" form. Result: 0 or 1. */
+/* "passive-interface default" or its "no" form.
+ * Result: 0 or 1. */
 uint32_t swOspfPassiveInterface(uint32_t unused, uint32_t set);
 
 /* ---- router settings: sent for the WAN and the LAN, then recorded for the WAN and the LAN ---- */
@@ -127,39 +132,53 @@ uint32_t swOspfNetwork(uint32_t unused, const char *address, const char *mask, u
  * area, prefix and mask are dotted texts. */
 
 /* "area <area>", followed by " stub " for type 1 or " nssa " for type 2, or its "no" form.
- * Unsetting removes the model's area only when its type is areaType. Result: 0; 1 also when the
- * stored type is another; 0xFFFFFFFE unset and the model does not hold the area; 4 out of memory.
- */
+ * Unsetting removes the model's area only when its type is areaType.
+ * Result:
+ *   0           accepted and recorded, or no slot
+ *   1           as above; also when the stored type is another
+ *   4           out of memory
+ *   0xFFFFFFFE  unset, and the model does not hold the area */
 uint32_t swOspfArea(uint16_t processId, const char *area, uint32_t set, uint32_t areaType,
                     uint32_t selector);
 
 /* The text of swOspfArea, then "no-summary". Unsetting keeps the area and clears the flag.
- * Result: 0; 1; 0xFFFFFFFE unset and the model does not hold the area; 4 out of memory. */
+ * Result:
+ *   0           accepted and recorded, or no slot
+ *   1           as above
+ *   4           out of memory
+ *   0xFFFFFFFE  unset, and the model does not hold the area */
 uint32_t swOspfAreaSummary(uint16_t processId, const char *area, uint32_t set, uint32_t areaType,
                            uint32_t selector);
 
 /* "area <area> default-cost <cost>" or "no area default-cost" (recorded as 1). A new area is
  * recorded as a normal one.
- * Result: 0; 1; 0xFFFFFFFF the model holds a normal area, which stays as it is; 0xFFFFFFFE unset
- * and the model does not hold the area; 4 out of memory. */
+ * Result:
+ *   0           accepted and recorded, or no slot
+ *   1           as above
+ *   4           out of memory
+ *   0xFFFFFFFE  unset, and the model does not hold the area
+ *   0xFFFFFFFF  the model holds a normal area, which stays as it is */
 uint32_t swOspfAreaDefaultCost(uint16_t processId, const char *area, int32_t cost, uint32_t set,
                                uint32_t selector);
 
 /* "area <area> range <prefix>/<length of mask> ", "cost <cost>" when hasCost is not 0, " ", and
  * "not-advertise" for advertiseMode 1, "advertise" for 0, nothing for others; or
- * "no area <area> range <prefix>/<length>". Nothing is recorded. Result: 0 or 1. */
+ * "no area <area> range <prefix>/<length>". Nothing is recorded.
+ * Result: 0 or 1. */
 uint32_t swOspfAreaRange(uint16_t processId, const char *area, const char *prefix, const char *mask,
                          uint32_t advertiseMode, uint32_t hasCost, int32_t cost, uint32_t set,
                          uint32_t selector);
 
 /* ---- virtual-link commands: sent twice, recorded in the slot of processId ----
  * Only a link that the model already holds is recorded: none of these adds one. area and peer are
- * dotted texts. Results of all: 0; 1; 0xFFFFFFFE the model does not hold the link. */
+ * dotted texts.
+ * Results of all: 0; 1; 0xFFFFFFFE the model does not hold the link. */
 
 /* "area <area> virtual-link <peer> " and, as their flags say, "hello-interval <hello>",
  * "dead-interval <dead>", "transmit-delay <transmitDelay>", "retransmit-interval <retransmit>" with
  * nothing between them; or "no area <area> virtual-link <peer>". Both sends have the caller's
- * selector. Unsetting removes the model's link. Result: 1 also when there is none to remove. */
+ * selector. Unsetting removes the model's link.
+ * Result: as above; 1 also when there is no link to remove. */
 uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *peer, int32_t hello,
                            uint32_t hasHello, int32_t dead, uint32_t hasDead, int32_t transmitDelay,
                            uint32_t hasTransmitDelay, int32_t retransmit, uint32_t hasRetransmit,
@@ -168,7 +187,7 @@ uint32_t swOspfVirtualLink(uint16_t processId, const char *area, const char *pee
 /* "area <area> virtual-link <peer> authentication" for authType 0, with " null" for 1 and
  * " message-digest" for 2, an empty command for others; or "no area <area> virtual-link <peer>",
  * which removes the whole link, in the model too. A set value other than 0 and 1 records nothing.
- * Result: 1 also when there is no link to remove. */
+ * Result: as above; 1 also when there is no link to remove. */
 uint32_t swOspfVirtualLinkAuth(uint16_t processId, const char *area, const char *peer,
                                uint32_t authType, uint32_t set);
 
@@ -183,8 +202,11 @@ uint32_t swOspfVirtualLinkMd5Key(uint16_t processId, const char *area, const cha
                                  uint32_t keyId, const char *key, uint32_t set);
 
 /* ---- interface commands: sent once, in the context of the VLAN's interface ----
- * Results of all: 0; 1, also for a VLAN that is neither a LAN nor a WAN VLAN, which sends nothing;
- * 0xFFFFFFFE unset and the VLAN has no entry in the model; 0xFFFFFFFF all entries are taken.
+ * Results of all:
+ *   0           accepted and recorded
+ *   1           as above; also for a VLAN that is neither a LAN nor a WAN VLAN: nothing is sent
+ *   0xFFFFFFFE  unset, and the VLAN has no entry in the model
+ *   0xFFFFFFFF  all entries are taken
  *
  * The first six record the value of the VLAN's first setting in an entry of its own, and any later
  * one in entry 0 (ucIpOpsfInfSetParaByKey). */

@@ -149,8 +149,8 @@ extern pthread_mutex_t uc_ospf_mutex;
 /* ---- processes and whole records ---- */
 
 /* Makes the model: initialises the mutex, allocates the block, resets every slot and sets every
- * interface entry to its defaults. Call it once; a second call makes a new block and leaves the old
- * one to its readers.
+ * interface entry to its defaults. Call it once; a second call makes a new block and does not
+ * release the old one.
  * Result: 0; 4 out of memory (the earlier block, if any, stays). */
 uint32_t ucOspfInit(void);
 
@@ -175,15 +175,18 @@ uint32_t ucOspfHasProcessId(uint16_t processId);
 uint32_t ucOspfGetProcessPid(uint32_t slot);
 
 /* Copies a slot's whole record out of or into the block, list handles included: the lists stay the
- * model's own. Result: 0 or 1. */
+ * model's own.
+ * Result: 0 done; 1 no such slot, no model, or null. */
 uint32_t ucOspfGetCfg(uint32_t slot, OspfProcessCfg *out);
 uint32_t ucOspfSetCfg(uint32_t slot, const OspfProcessCfg *in);
 
-/* Copies one interface entry out of or into the block. Result: 0 or 1. */
+/* Copies one interface entry out of or into the block.
+ * Result: 0 done; 1 no such entry, no model, or null. */
 uint32_t ucOspfGetInCfg(uint32_t index, OspfInterfaceEntry *out);
 uint32_t ucOspfSetInCfg(uint32_t index, const OspfInterfaceEntry *in);
 
-/* Copies all interface entries; out has room for 64. Result: 0; 1 no model, or out is null. */
+/* Copies all interface entries; out has room for 64.
+ * Result: 0 done; 1 no model, or out is null. */
 uint32_t ucOspfGetInEntry(OspfInterfaceEntry *out);
 
 /* ---- parameters by key ---- */
@@ -220,7 +223,7 @@ uint32_t ucIpOpsfBasicSetParaByKey(uint16_t processId, uint32_t set, const void 
  *   4    cost                   1
  *   5    priority               1
  *
- * Result: 0; 0xFFFFFFFE unset for a VLAN without entry; 0xFFFFFFFF no free entry. */
+ * Result: 0 done; 0xFFFFFFFE unset for a VLAN without entry; 0xFFFFFFFF no free entry. */
 uint32_t ucIpOpsfInfSetParaByKey(uint32_t vlanId, uint32_t set, const void *value,
                                  OspfInfParaKey key);
 
@@ -233,7 +236,8 @@ uint32_t ucOspfFindFreeInterface(void);
 uint32_t ucOspfFindInterfaceVlan(uint32_t vlanId);
 
 /* The setters below change the VLAN's own entry; the first setting for a VLAN takes the first free
- * one. Result: 0; 0xFFFFFFFE unset for a VLAN without entry; 0xFFFFFFFF no free entry. */
+ * one.
+ * Result: 0 done; 0xFFFFFFFE unset for a VLAN without entry; 0xFFFFFFFF no free entry. */
 
 /* Set: stores the type. Unset: stores 0, but only when the stored type equals authType or authType
  * is 1. */
@@ -284,13 +288,15 @@ uint32_t ucOspfVirtualLinkSetCfg(uint32_t slot, uint64_t areaIdPeer,
 uint32_t ucOspfNetworkGetCfg(uint32_t slot, uint64_t addressMask, OspfNetworkCfg *record);
 uint32_t ucOspfNetworkSetCfg(uint32_t slot, uint64_t addressMask, const OspfNetworkCfg *record);
 
-/* Insert a copy of the caller's record. Result: 0; 4 out of memory, no such slot, record null. */
+/* Insert a copy of the caller's record.
+ * Result: 0 done; 4 out of memory, no such slot, or record is null. */
 uint32_t ucOspfAreaInsert(uint32_t slot, const OspfAreaCfg *record);
 uint32_t ucOspfAreaAggInsert(uint32_t slot, const OspfAreaAggCfg *record);
 uint32_t ucOspfVirtualLinkInsert(uint32_t slot, const OspfVirtualLinkCfg *record);
 uint32_t ucOspfNetworkInsert(uint32_t slot, const OspfNetworkCfg *record);
 
-/* Set a record of the caller's to its defaults, without the lock. Result: 0.
+/* Set a record of the caller's to its defaults, without the lock.
+ * Result: 0.
  * Area: all 0, default cost 1. */
 uint32_t ucOspfAreaInit(OspfAreaCfg *record);
 /* Area id 0, cost 0, advertise 1; prefix and mask stay as they are. */

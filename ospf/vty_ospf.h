@@ -23,7 +23,8 @@
 FRRUCI_C_BEGIN
 
 /* Sends "en", "configure", "router ospf", command.
- * unused and selector: not looked at. Result: 0 or 1. */
+ * unused and selector: not looked at.
+ * Result: 0 or 1. */
 uint32_t vtyOspfConfigOspf(uint32_t unused, const char *command, uint32_t selector);
 
 /* Sends "en", "configure", "interface eth0.<vlanId>" for a LAN VLAN or "interface eth1.<vlanId>"
@@ -33,19 +34,21 @@ uint32_t vtyOspfConfigOspf(uint32_t unused, const char *command, uint32_t select
 uint32_t vtyOspfConfigInterface(uint32_t unused, uint32_t vlanId, const char *command);
 
 /* Sends "en", "configure", "interface eth1.<vlanId>" for a non-zero selector or
- * "interface eth0.<vlanId>" for 0, command. Asks the front-end nothing. Result: 0 or 1. */
+ * "interface eth0.<vlanId>" for 0, command. Asks the front-end nothing.
+ * Result: 0 or 1. */
 uint32_t vtyOspfConfigNetwork(uint32_t unused, uint32_t vlanId, const char *command,
                               uint32_t selector);
 
 /* Sends "en", "configure", "interface <interfaceName>", command. The interface line is cut at 255
- * characters; a null name is an empty one. Result: 0 or 1. */
+ * characters; a null name is an empty one.
+ * Result: 0 or 1. */
 uint32_t doVtyOspfConfigInterface(uint32_t unused, const char *interfaceName, uint32_t unused2,
                                   const char *command);
 
 /* Sends "en", command (exec context, for operational commands).
  * reply: the caller's 512 bytes, zeroed, which receive the daemon's answer to command as it came
- * (output, end marker and completion code); untouched without a command. Result: 0 or 1; 1 also
- * when reply is null and there is a command. */
+ * (output, end marker and completion code); untouched without a command.
+ * Result: 0 or 1; 1 also when reply is null and there is a command. */
 uint32_t vtyOspfShowOspf(uint32_t unused, const char *command, char *reply, uint32_t selector);
 
 /* Sends command alone on the socket at socketPath and streams the answer's lines with frrVtyPrint,
