@@ -7,9 +7,9 @@
 #include "common/frr_uci.h"
 #include "common/outside.h"
 #include "common/text.h"
-#include "nhrp/sockets.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf_process.h"
+#include "vty/daemons.h"
 
 namespace {
 
@@ -41,10 +41,10 @@ uint32_t swNhrpShow(uint16_t /*vrf*/, const char *what) {
     const bool cache = what != nullptr && frruci::common::equals(what, "cache");
     // Anything else sends an empty line. Fixed by the interface.
     const char *command = cache ? "show ip nhrp cache json" : "";
-    return vtyNhrpPrint(command, frruci::nhrp::kNhrpdSocket) == 0 ? 0 : 1;
+    return vtyNhrpPrint(command, frruci::vty::kNhrpdSocket) == 0 ? 0 : 1;
 }
 
-int32_t nhrp_enable(void) {
+int32_t nhrp_enable() {
     if (process_exist("zebra", 0) == 0) {
         (void)zebra_enable(); // its result has no meaning
     }

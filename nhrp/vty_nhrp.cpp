@@ -10,15 +10,15 @@
 #include "common/front_end.h"
 #include "common/outside.h"
 #include "common/text.h"
-#include "nhrp/sockets.h"
+#include "vty/daemons.h"
 #include "vty/session.h"
 
 namespace {
 
 using frruci::common::format;
-using frruci::nhrp::kNhrpdSocket;
-using frruci::nhrp::kZebraSocket;
 using frruci::vty::deliver;
+using frruci::vty::kNhrpdSocket;
+using frruci::vty::kZebraSocket;
 
 constexpr uint32_t kDelivered = 0;
 constexpr uint32_t kFailed = 1;
