@@ -5,23 +5,27 @@
 #include "rip/frr_rip.h"
 
 #include <cstdio>
-#include <string_view>
 
 #include "common/front_end.h"
 #include "common/outside.h"
 #include "common/shell.h"
-#include "common/text.h"
+#include "common/status.h"
+#include "common/table.h"
+#include "common/words.h"
 #include "ospf/frr_ospf_process.h"
 #include "rip/frr_rip_words.h"
-#include "rip/rip_internal.h"
 #include "rip/sw_rip.h"
+#include "rip/vty_rip.h"
 
 namespace {
 
 using namespace frruci::rip;
-using frruci::common::equals;
-using frruci::common::number;
+using frruci::common::findRow;
+using frruci::common::hasUniqueWords;
+using frruci::common::kFailed;
+using frruci::common::kSuccess;
 using frruci::common::runShell;
+using frruci::common::Words;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua"; // shared with OSPF
 
@@ -68,7 +72,6 @@ void switchOff() {
     if (process_exist("ospfd", kCountOnly) == 0) {
         (void)process_exist("zebra", kKill); // how many there were does not matter
     }
-    replyOk();
 }
 
 // ---- keywords ----
@@ -100,31 +103,21 @@ constexpr Keyword rip_interface_config_table[] = {
     {"show",               process_rip_interface_show              },
 };
 
-template <std::size_t N> consteval bool wordsDiffer(const Keyword (&table)[N]) {
-    for (std::size_t i = 0; i < N; ++i) {
-        for (std::size_t j = i + 1; j < N; ++j) {
-            if (std::string_view(table[i].word) == table[j].word) {
-                return false;
-            }
-        }
-    }
-    return true;
-}
-static_assert(wordsDiffer(rip_config_table) && wordsDiffer(rip_interface_config_table));
+static_assert(hasUniqueWords<&Keyword::word>(rip_config_table) &&
+              hasUniqueWords<&Keyword::word>(rip_interface_config_table));
 
-template <std::size_t N> void dispatch(const Keyword (&table)[N], int32_t argc, char **argv) {
-    for (const Keyword &keyword : table) {
-        if (equals(keyword.word, argv[0])) {
-            (void)keyword.handle(argc - 1, argv + 1); // the reply is the same either way
-            break;
-        }
+template <std::size_t kRows>
+void dispatch(const Keyword (&table)[kRows], int32_t argc, char **argv) {
+    const Keyword *keyword = findRow<&Keyword::word>(table, argv[0]);
+    if (keyword != nullptr) {
+        (void)keyword->handle(argc - 1, argv + 1); // the reply is the same either way
     }
     replyOk();
 }
 
-void setNetwork(char **argv, uint32_t side, int line, const char *sideName) {
-    const uint32_t add = equals(argv[0], "add") ? 1 : 0;
-    if (swRipNetworkSet(kInstance, argv[1], argv[2], add, side) != kOk) {
+void setNetwork(const Words &words, uint32_t side, int line, const char *sideName) {
+    const uint32_t add = words.is(0, "add") ? 1 : 0;
+    if (swRipNetworkSet(kInstance, words[1], words[2], add, side) != kSuccess) {
         // "ospf" in the text: Fixed by the interface.
         (void)record_log_act("frr_rip:%d: process_ospf_network failed in %s.\n", line, sideName);
     }
@@ -134,48 +127,53 @@ void setNetwork(char **argv, uint32_t side, int line, const char *sideName) {
 
 using ValueSetter = uint32_t (*)(const char *vrf, uint32_t value, uint32_t enable);
 
-int32_t setValue(ValueSetter set, int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 1)) {
-        return kNothingDone;
-    }
-    return result(set(kInstance, static_cast<uint32_t>(number(argv[0])), 1));
+uint32_t isEnable(const Words &words) {
+    return words.is(0, "enable") ? 1 : 0;
 }
 
-int32_t setTimer(uint32_t which, int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 1)) {
-        return kNothingDone;
+int32_t setValue(ValueSetter setter, const Words &words) {
+    if (words.count() < 1) {
+        return kFailed;
     }
-    return result(swRipTimerSet(kInstance, which, static_cast<uint32_t>(number(argv[0])), 1));
+    return asResult(setter(kInstance, static_cast<uint32_t>(words.number(0)), 1));
 }
 
-int32_t setRedistribution(uint32_t kind, int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 2)) {
-        return kNothingDone;
+int32_t setTimer(uint32_t which, const Words &words) {
+    if (words.count() < 1) {
+        return kFailed;
     }
-    const uint32_t enable = isEnable(argv[0]);
-    const auto metric = static_cast<uint32_t>(number(argv[1]));
+    return asResult(swRipTimerSet(kInstance, which, static_cast<uint32_t>(words.number(0)), 1));
+}
+
+int32_t setRedistribution(uint32_t kind, const Words &words) {
+    if (words.count() < 2) {
+        return kFailed;
+    }
+    const uint32_t enable = isEnable(words);
+    const auto metric = static_cast<uint32_t>(words.number(1));
     (void)swRipRedistributeSet(kInstance, kind, metric, enable, kDnete); // the second one counts
-    return result(swRipRedistributeSet(kInstance, kind, metric, enable, kVnete));
+    return asResult(swRipRedistributeSet(kInstance, kind, metric, enable, kVnete));
 }
 
-constexpr uint32_t kStatic = 1;
+constexpr uint32_t kStatic = 1; // kinds of redistributed routes
 constexpr uint32_t kOspf = 2;
 
-constexpr uint32_t kUpdate = 1;
+constexpr uint32_t kUpdate = 1; // timers
 constexpr uint32_t kTimeout = 2;
 constexpr uint32_t kGarbage = 3;
 
 } // namespace
 
 void process_rip_global(int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 1)) {
+    const Words words(argc, argv);
+    if (words.count() < 1) {
         return;
     }
-    if (!equals(argv[0], "on")) {
+    if (words.is(0, "on")) {
+        rip_enable();
+    } else {
         switchOff();
-        return;
     }
-    rip_enable();
     replyOk();
 }
 
@@ -194,14 +192,14 @@ void rip_enable() {
 }
 
 void process_rip_config(int32_t argc, char **argv) {
-    if (hasWords(argc, argv, 1)) {
+    if (Words(argc, argv).count() >= 1) {
         dispatch(rip_config_table, argc, argv);
     }
 }
 
 void process_rip_interface(int32_t argc, char **argv) {
     // The second word has to be counted, not to be there: "show" never reads it.
-    if (argc < 2 || !hasWords(argc, argv, 1)) {
+    if (argc < 2 || Words(argc, argv).count() < 1) {
         return;
     }
     (void)record_log_act("frr_rip:%d: %d, %s\n", 386, argc, argv[0]);
@@ -209,60 +207,56 @@ void process_rip_interface(int32_t argc, char **argv) {
 }
 
 void process_rip_network(int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 3)) {
+    const Words words(argc, argv);
+    if (words.count() < 3) {
         return;
     }
-    (void)record_log_act("frr_rip:%d: process_rip_network %s %s %s\n", 204, argv[0], argv[1],
-                         argv[2]);
-    setNetwork(argv, kVnete, 212, "vnete");
-    setNetwork(argv, kDnete, 219, "dnete");
+    (void)record_log_act("frr_rip:%d: process_rip_network %s %s %s\n", 204, words[0], words[1],
+                         words[2]);
+    setNetwork(words, kVnete, 212, "vnete");
+    setNetwork(words, kDnete, 219, "dnete");
     frruci::outside::pauseFor(kSettleSeconds);
     replyOk();
 }
 
 int32_t process_rip_config_version(int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 1)) {
-        return kNothingDone;
+    const Words words(argc, argv);
+    if (words.is(0, "default")) {
+        return asResult(swRipVersionSet(kInstance, 2, 0)); // the 2 is not looked at
     }
-    if (equals(argv[0], "default")) {
-        constexpr uint32_t kNotLookedAt = 2;
-        return result(swRipVersionSet(kInstance, kNotLookedAt, 0));
-    }
-    const uint32_t version = versionOf(argv[0]);
-    return version == kNoVersion ? kNothingDone : result(swRipVersionSet(kInstance, version, 1));
+    const uint32_t version = versionIn(words, 0);
+    return version == kNoVersion ? kFailed : asResult(swRipVersionSet(kInstance, version, 1));
 }
 
 int32_t process_rip_config_distance(int32_t argc, char **argv) {
-    return setValue(swRipDistanceSet, argc, argv);
+    return setValue(swRipDistanceSet, Words(argc, argv));
 }
 
 int32_t process_rip_config_auto_summary(int32_t argc, char **argv) {
-    if (!hasWords(argc, argv, 1)) {
-        return kNothingDone;
-    }
-    return result(swRipAutoSummSet(kInstance, isEnable(argv[0])));
+    const Words words(argc, argv);
+    return words.count() < 1 ? kFailed : asResult(swRipAutoSummSet(kInstance, isEnable(words)));
 }
 
 int32_t process_rip_config_default_metric(int32_t argc, char **argv) {
-    return setValue(swRipDefaultMetricSet, argc, argv);
+    return setValue(swRipDefaultMetricSet, Words(argc, argv));
 }
 
 int32_t process_rip_config_redistribute_static(int32_t argc, char **argv) {
-    return setRedistribution(kStatic, argc, argv);
+    return setRedistribution(kStatic, Words(argc, argv));
 }
 
 int32_t process_rip_config_redistribute_ospf(int32_t argc, char **argv) {
-    return setRedistribution(kOspf, argc, argv);
+    return setRedistribution(kOspf, Words(argc, argv));
 }
 
 int32_t process_rip_config_update_timer(int32_t argc, char **argv) {
-    return setTimer(kUpdate, argc, argv);
+    return setTimer(kUpdate, Words(argc, argv));
 }
 
 int32_t process_rip_config_timeout_timer(int32_t argc, char **argv) {
-    return setTimer(kTimeout, argc, argv);
+    return setTimer(kTimeout, Words(argc, argv));
 }
 
 int32_t process_rip_config_garbage_timer(int32_t argc, char **argv) {
-    return setTimer(kGarbage, argc, argv);
+    return setTimer(kGarbage, Words(argc, argv));
 }

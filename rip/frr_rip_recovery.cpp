@@ -4,19 +4,21 @@
 
 #include "rip/frr_rip_recovery.h"
 
-#include <uci.h>
-
 #include "common/front_end.h"
 #include "common/frr_uci.h"
+#include "common/status.h"
 #include "common/text.h"
+#include "common/uci_option.h"
 #include "rip/frr_rip.h"
-#include "rip/rip_internal.h"
 #include "rip/sw_rip.h"
+#include "rip/vty_rip.h"
 
 namespace {
 
 using namespace frruci::rip;
 using frruci::common::equals;
+using frruci::common::kSuccess;
+using frruci::common::optionText;
 
 constexpr const char *kPackage = "rip";
 constexpr std::size_t kOptionBytes = 64;
@@ -24,7 +26,7 @@ constexpr std::size_t kOptionBytes = 64;
 /// Reads one option; empty, and logged, when it cannot be read.
 void readOption(const char *section, const char *option, char (&text)[kOptionBytes], int line) {
     const int32_t result = frr_uci_get(kPackage, section, option, text, kOptionBytes);
-    if (result != 0) {
+    if (result != kSuccess) {
         (void)record_log_act("frr_rip_recovery:%d:  ret=%d, frr_uci_get\n", line, result);
     }
 }
@@ -34,46 +36,24 @@ struct StoredWord {
     int line;
 };
 
-/// One setting of section "config": its words in the handler's order.
-struct StoredSetting {
-    StoredWord words[2];
-    int32_t count;
-    int32_t (*handle)(int32_t argc, char **argv);
-};
-
-constexpr StoredSetting kVersion = {{{"rip_version", 32}}, 1, process_rip_config_version};
-constexpr StoredSetting kDistanceSetting = {{{"rip_distance", 40}}, 1, process_rip_config_distance};
-constexpr StoredSetting kAutoSummary = {{{"auto_summary", 49}}, 1, process_rip_config_auto_summary};
-constexpr StoredSetting kDefaultMetric = {
-    {{"default_metric", 58}}, 1, process_rip_config_default_metric};
-constexpr StoredSetting kRedistributeStatic = {
-    {{"redistribute_static", 67}, {"redistribute_static_metric", 69}},
-    2,
-    process_rip_config_redistribute_static
-};
-constexpr StoredSetting kRedistributeOspf = {
-    {{"redistribute_ospf", 78}, {"redistribute_ospf_metric", 80}},
-    2,
-    process_rip_config_redistribute_ospf
-};
-constexpr StoredSetting kUpdate = {{{"update_timer", 89}}, 1, process_rip_config_update_timer};
-constexpr StoredSetting kTimeout = {{{"timeout_timer", 98}}, 1, process_rip_config_timeout_timer};
-constexpr StoredSetting kGarbage = {{{"garbage_timer", 107}}, 1, process_rip_config_garbage_timer};
-
-void replay(const StoredSetting &setting) {
+/// Replays a setting of section "config": one option, or two.
+void replay(int32_t (*handle)(int32_t argc, char **argv), const StoredWord &first,
+            const StoredWord &second = {}) {
     char texts[2][kOptionBytes];
     char *words[2] = {texts[0], texts[1]};
-    for (int32_t i = 0; i < setting.count; ++i) {
-        readOption("config", setting.words[i].option, texts[i], setting.words[i].line);
+    readOption("config", first.option, texts[0], first.line);
+    const bool hasSecond = second.option != nullptr;
+    if (hasSecond) {
+        readOption("config", second.option, texts[1], second.line);
     }
-    (void)setting.handle(setting.count, words); // a failure does not end the replay
+    (void)handle(hasSecond ? 2 : 1, words); // a failure does not end the replay
 }
 
 /// Calls handle with the interface's name and the option when the section has both.
 int32_t replayInterface(uci_context *context, uci_section *section, const char *option,
                         int32_t (*handle)(int32_t argc, char **argv)) {
-    const char *name = rip_uci_option_string(context, section, "interface");
-    const char *value = rip_uci_option_string(context, section, option);
+    const char *name = optionText(context, section, "interface");
+    const char *value = optionText(context, section, option);
     if (name != nullptr && value != nullptr) {
         // Handlers only read their words.
         char *words[] = {const_cast<char *>(name), const_cast<char *>(value)};
@@ -83,7 +63,7 @@ int32_t replayInterface(uci_context *context, uci_section *section, const char *
 }
 
 void announce(const char *ip, const char *mask, uint32_t side, int line, const char *sideName) {
-    if (swRipNetworkSet(kInstance, ip, mask, 1, side) != kOk) {
+    if (swRipNetworkSet(kInstance, ip, mask, 1, side) != kSuccess) {
         (void)record_log_act("frr_rip_recovery:%d: recover rip %s network failed\n", line,
                              sideName);
     }
@@ -121,39 +101,41 @@ void rip_recovery_config() {
 }
 
 void rip_recovery_config_version() {
-    replay(kVersion);
+    replay(process_rip_config_version, {"rip_version", 32});
 }
 
 void rip_recovery_config_distance() {
-    replay(kDistanceSetting);
+    replay(process_rip_config_distance, {"rip_distance", 40});
 }
 
 void rip_recovery_config_auto_summary() {
-    replay(kAutoSummary);
+    replay(process_rip_config_auto_summary, {"auto_summary", 49});
 }
 
 void rip_recovery_config_default_metric() {
-    replay(kDefaultMetric);
+    replay(process_rip_config_default_metric, {"default_metric", 58});
 }
 
 void rip_recovery_config_redistribute_static() {
-    replay(kRedistributeStatic);
+    replay(process_rip_config_redistribute_static, {"redistribute_static", 67},
+           {"redistribute_static_metric", 69});
 }
 
 void rip_recovery_config_redistribute_ospf() {
-    replay(kRedistributeOspf);
+    replay(process_rip_config_redistribute_ospf, {"redistribute_ospf", 78},
+           {"redistribute_ospf_metric", 80});
 }
 
 void rip_recovery_config_update_timer() {
-    replay(kUpdate);
+    replay(process_rip_config_update_timer, {"update_timer", 89});
 }
 
 void rip_recovery_config_timeout_timer() {
-    replay(kTimeout);
+    replay(process_rip_config_timeout_timer, {"timeout_timer", 98});
 }
 
 void rip_recovery_config_garbage_timer() {
-    replay(kGarbage);
+    replay(process_rip_config_garbage_timer, {"garbage_timer", 107});
 }
 
 void rip_recovery_network() {
@@ -165,20 +147,12 @@ void rip_recovery_interface() {
 }
 
 const char *rip_uci_option_string(uci_context *context, uci_section *section, const char *name) {
-    uci_element *element = nullptr;
-    if (context == nullptr || section == nullptr || name == nullptr ||
-        uci_lookup_next(context, &element, &section->options, name) != UCI_OK ||
-        element == nullptr) {
-        return nullptr;
-    }
-    // An element is the first member of its option.
-    const auto *option = reinterpret_cast<const uci_option *>(element);
-    return option->type == UCI_TYPE_STRING ? option->v.string : nullptr;
+    return optionText(context, section, name);
 }
 
 int32_t rip_recovery_network_from_section(uci_context *context, uci_section *section) {
-    const char *mask = rip_uci_option_string(context, section, "mask");
-    const char *ip = rip_uci_option_string(context, section, "ipaddress");
+    const char *mask = optionText(context, section, "mask");
+    const char *ip = optionText(context, section, "ipaddress");
     if (mask != nullptr && ip != nullptr) {
         announce(ip, mask, 0, 137, "vnete");
         announce(ip, mask, 1, 143, "dnete");
@@ -208,10 +182,10 @@ int32_t rip_recovery_interface_recv_version(uci_context *context, uci_section *s
 }
 
 int32_t rip_recovery_interface_authen(uci_context *context, uci_section *section) {
-    const char *name = rip_uci_option_string(context, section, "interface");
-    const char *mode = rip_uci_option_string(context, section, "authen_mode");
-    const char *keyId = rip_uci_option_string(context, section, "key_id");
-    const char *key = rip_uci_option_string(context, section, "key");
+    const char *name = optionText(context, section, "interface");
+    const char *mode = optionText(context, section, "authen_mode");
+    const char *keyId = optionText(context, section, "key_id");
+    const char *key = optionText(context, section, "key");
     if (name == nullptr || mode == nullptr || key == nullptr ||
         (keyId == nullptr && equals(mode, "md5"))) {
         return 0;

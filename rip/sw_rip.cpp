@@ -4,10 +4,14 @@
 
 #include "rip/sw_rip.h"
 
+#include <iterator>
+
 #include "common/address.h"
 #include "common/front_end.h"
+#include "common/status.h"
 #include "common/text.h"
-#include "rip/rip_internal.h"
+#include "rip/uc_rip_values.h"
+#include "rip/vty_rip.h"
 #include "vty/session.h"
 #include "vty/views.h"
 
@@ -15,6 +19,8 @@ namespace {
 
 using namespace frruci::rip;
 using frruci::common::format;
+using frruci::common::kFailed;
+using frruci::common::kSuccess;
 using frruci::vty::kCommandBytes;
 
 constexpr std::size_t kNetworkBytes = 32;
@@ -26,60 +32,57 @@ constexpr std::size_t kRouteBytes = 18;
 // twice. Fixed by the interface.
 constexpr uint32_t kSides[] = {1, 0};
 
-uint32_t send(const char *vrf, const char *command, uint32_t side) {
-    char reply[kReplyBytes] = {};
-    return swRipAutoRun(vrf, command, kAnnouncedReplyBytes, side, reply);
-}
-
 /// Sends for both sides; a result above tolerated ends it.
 uint32_t sendForBoth(const char *vrf, const char *command, uint32_t tolerated) {
     for (const uint32_t side : kSides) {
-        const uint32_t result = send(vrf, command, side);
+        const uint32_t result = sendToInstance(vrf, command, side);
         if (result > tolerated) {
             return result;
         }
     }
-    return kOk;
+    return kSuccess;
 }
 
 /// Sends for both sides; only the second sending counts.
 uint32_t sendForBothLastCounts(const char *vrf, const char *command) {
-    (void)send(vrf, command, kSides[0]); // Fixed by the interface
-    return send(vrf, command, kSides[1]);
+    (void)sendToInstance(vrf, command, kSides[0]); // Fixed by the interface
+    return sendToInstance(vrf, command, kSides[1]);
 }
 
 uint32_t asStatus(uint32_t modelResult) {
-    return modelResult == kOk ? kOk : kFailed;
+    return modelResult == kSuccess ? kSuccess : kFailed;
 }
 
 // ---- settings with a value ----
 
 struct ValueSetting {
     Range range; // accepted when enabling
-    const char *enableText;
-    const char *disableText;
-    uint32_t disabled; // stored when disabling
+    const char *keyword;
+    uint32_t initial; // stored when disabling
     uint32_t (*store)(const char *vrf, uint32_t value);
 };
 
-constexpr ValueSetting kVersionSetting = {
+constexpr ValueSetting kVersion = {
     {1, 2},
-    "version %d", "no version", 0, ucRipDefaultVersionSet
+    "version", 0, ucRipDefaultVersionSet
 };
-constexpr ValueSetting kDistanceSetting = {kDistance, "distance %d", "no distance",
-                                           kInitialDistance, ucRipDistanceSet};
-constexpr ValueSetting kMetricSetting = {kMetric, "default-metric %d", "no default-metric",
-                                         kInitialMetric, ucRipDefaultMetricSet};
+constexpr ValueSetting kDistance = {kDistanceRange, "distance", kInitialDistance, ucRipDistanceSet};
+constexpr ValueSetting kMetric = {kMetricRange, "default-metric", kInitialMetric,
+                                  ucRipDefaultMetricSet};
 
 uint32_t setValue(const ValueSetting &setting, const char *vrf, uint32_t value, uint32_t enable) {
-    if (!kSwitch.holds(enable) || (enable == 1 && !setting.range.holds(value))) {
+    if (!kSwitchRange.holds(enable) || (enable == 1 && !setting.range.holds(value))) {
         return kFailed;
     }
     char command[kCommandBytes];
-    format(command, enable == 1 ? setting.enableText : setting.disableText, value);
-    const uint32_t sent = sendForBoth(vrf, command, kOk);
-    return sent != kOk ? sent
-                       : asStatus(setting.store(vrf, enable == 1 ? value : setting.disabled));
+    if (enable == 1) {
+        format(command, "%s %u", setting.keyword, value);
+    } else {
+        format(command, "no %s", setting.keyword);
+    }
+    const uint32_t sent = sendForBoth(vrf, command, kSuccess);
+    return sent != kSuccess ? sent
+                            : asStatus(setting.store(vrf, enable == 1 ? value : setting.initial));
 }
 
 // ---- timers ----
@@ -92,16 +95,16 @@ struct Timer {
 };
 
 constexpr Timer kTimers[] = {
-    {kUpdateTimer,  kInitialUpdateTimer,  ucRipTimerUpdateGet,  ucRipTimerUpdateSet },
-    {kTimeoutTimer, kInitialTimeoutTimer, ucRipTimerTimeoutGet, ucRipTimerTimeoutSet},
-    {kGarbageTimer, kInitialGarbageTimer, ucRipTimerGarbageGet, ucRipTimerGarbageSet},
+    {kUpdateRange,  kInitialUpdate,  ucRipTimerUpdateGet,  ucRipTimerUpdateSet },
+    {kTimeoutRange, kInitialTimeout, ucRipTimerTimeoutGet, ucRipTimerTimeoutSet},
+    {kGarbageRange, kInitialGarbage, ucRipTimerGarbageGet, ucRipTimerGarbageSet},
 };
-constexpr std::size_t kTimerCount = sizeof kTimers / sizeof *kTimers;
+constexpr std::size_t kTimerCount = std::size(kTimers);
 constexpr uint32_t kAllTimers = 0; // otherwise the timer's row, counted from 1
 
 bool loadTimers(const char *vrf, uint32_t (&seconds)[kTimerCount]) {
     for (std::size_t i = 0; i < kTimerCount; ++i) {
-        if (kTimers[i].load(vrf, &seconds[i]) != kOk) {
+        if (kTimers[i].load(vrf, &seconds[i]) != kSuccess) {
             return false;
         }
     }
@@ -123,7 +126,7 @@ uint32_t setOneTimer(const char *vrf, std::size_t row, uint32_t value, uint32_t 
     seconds[row] = enable == 1 ? value : timer.initial;
     sendTimers(vrf, seconds);
     (void)timer.store(vrf, seconds[row]); // checked above
-    return kOk;
+    return kSuccess;
 }
 
 uint32_t setAllTimers(const char *vrf, uint32_t enable, const uint32_t (&seconds)[kTimerCount]) {
@@ -136,7 +139,7 @@ uint32_t setAllTimers(const char *vrf, uint32_t enable, const uint32_t (&seconds
     for (const Timer &timer : kTimers) {
         (void)timer.store(vrf, timer.initial); // in range
     }
-    return kOk;
+    return kSuccess;
 }
 
 // ---- networks and routes ----
@@ -151,13 +154,21 @@ template <std::size_t N> bool buildPrefix(char (&prefix)[N], const char *ip, con
     return true;
 }
 
+/// Sends "[no] <keyword> <value>".
+uint32_t sendChange(const char *vrf, uint32_t add, const char *keyword, const char *value,
+                    uint32_t side) {
+    char command[kCommandBytes];
+    format(command, "%s%s %s", add != 0 ? "" : "no ", keyword, value);
+    return sendToInstance(vrf, command, side);
+}
+
 } // namespace
 
 uint32_t swRipInit() {
-    if (ucRipInit() != kOk) {
+    if (ucRipInit() != kSuccess) {
         return kFailed;
     }
-    return frrVtyViewReg(kInstanceView, "enable\nconfigure\nrouter rip vrf <vrf>") == 0 ? kOk
+    return frrVtyViewReg(kInstanceView, "enable\nconfigure\nrouter rip vrf <vrf>") == 0 ? kSuccess
                                                                                         : kFailed;
 }
 
@@ -169,13 +180,13 @@ uint32_t swRipIsRunning(const char *vrf, uint32_t *running) {
     if (vrf == nullptr) {
         return kFailed;
     }
-    *running = ucRipVrfFindByName(vrf, nullptr) == kOk ? 1 : 0;
-    return kOk;
+    *running = ucRipVrfFindByName(vrf, nullptr) == kSuccess ? 1 : 0;
+    return kSuccess;
 }
 
 uint32_t swRipRouterRipSet(const char *vrf, uint32_t enable) {
     (void)record_log_act("sw_rip:%d: swRipRouterRipSet\n", 107);
-    if (vrf == nullptr || !kSwitch.holds(enable)) {
+    if (vrf == nullptr || !kSwitchRange.holds(enable)) {
         return kFailed;
     }
     // The model's word counts, not ripd's: a restarted ripd gets its instance with the first
@@ -183,18 +194,16 @@ uint32_t swRipRouterRipSet(const char *vrf, uint32_t enable) {
     uint32_t running = 0;
     const uint32_t status = swRipIsRunning(vrf, &running);
     (void)record_log_act("sw_rip:%d: swRipRouterRipSet %u, %u, %u\n", 117, status, running, enable);
-    if (status != kOk || running == enable) {
+    if (status != kSuccess || running == enable) {
         return status;
     }
     char command[kCommandBytes];
     format(command, enable == 1 ? "router rip vrf %s" : "no router rip vrf %s", vrf);
-    char reply[kReplyBytes] = {};
     (void)record_log_act("sw_rip:%d: abcccc\n", 122);
-    const int32_t sent =
-        frrVtyAutoRun(kConfigureView, kRipSocket, command, nullptr, kAnnouncedReplyBytes, reply);
+    const uint32_t sent = sendInView(kConfigureView, command);
     (void)record_log_act("sw_rip:%d: abcccc\n", 124);
-    if (sent != 0) {
-        return static_cast<uint32_t>(sent);
+    if (sent != kSuccess) {
+        return sent;
     }
     (void)record_log_act("sw_rip:%d: swRipRouterRipSet\n", 127);
     return asStatus(enable == 1 ? ucRipVrfAppend(vrf, nullptr) : ucRipVrfRemoveByName(vrf));
@@ -206,10 +215,8 @@ uint32_t swRipNetworkSet(const char *vrf, const char *ip, const char *mask, uint
     if (vrf == nullptr || !buildPrefix(prefix, ip, mask)) {
         return kFailed;
     }
-    char command[kCommandBytes];
-    format(command, add != 0 ? "network %s" : "no network %s", prefix);
-    const uint32_t sent = send(vrf, command, selector);
-    if (sent != kOk) {
+    const uint32_t sent = sendChange(vrf, add, "network", prefix, selector);
+    if (sent != kSuccess) {
         return sent;
     }
     RipNetworkNode *network = nullptr;
@@ -221,10 +228,8 @@ uint32_t swRipNeighborSet(const char *vrf, const char *addr, uint32_t add, uint3
     if (vrf == nullptr || ipStrCheck(addr) != 0) {
         return kFailed;
     }
-    char command[kCommandBytes];
-    format(command, add != 0 ? "neighbor %s" : "no neighbor %s", addr);
-    const uint32_t sent = send(vrf, command, selector);
-    if (sent != kOk) {
+    const uint32_t sent = sendChange(vrf, add, "neighbor", addr, selector);
+    if (sent != kSuccess) {
         return sent;
     }
     RipNeighborNode *neighbor = nullptr;
@@ -233,28 +238,28 @@ uint32_t swRipNeighborSet(const char *vrf, const char *addr, uint32_t add, uint3
 }
 
 uint32_t swRipVersionSet(const char *vrf, uint32_t version, uint32_t enable) {
-    return setValue(kVersionSetting, vrf, version, enable);
+    return setValue(kVersion, vrf, version, enable);
 }
 
 uint32_t swRipDistanceSet(const char *vrf, uint32_t distance, uint32_t enable) {
-    return setValue(kDistanceSetting, vrf, distance, enable);
+    return setValue(kDistance, vrf, distance, enable);
 }
 
 uint32_t swRipDefaultMetricSet(const char *vrf, uint32_t metric, uint32_t enable) {
-    return setValue(kMetricSetting, vrf, metric, enable);
+    return setValue(kMetric, vrf, metric, enable);
 }
 
 uint32_t swRipAutoSummSet(const char *vrf, uint32_t enable) {
-    if (vrf == nullptr || !kSwitch.holds(enable)) {
+    if (vrf == nullptr || !kSwitchRange.holds(enable)) {
         return kFailed;
     }
     // 1, no connection or a warning, counts as success here. Fixed by the interface.
     const uint32_t sent = sendForBoth(vrf, enable == 1 ? "autosummary" : "no autosummary", kFailed);
-    return sent != kOk ? sent : asStatus(ucRipAutosummSet(vrf, enable));
+    return sent != kSuccess ? sent : asStatus(ucRipAutosummSet(vrf, enable));
 }
 
 uint32_t swRipDefaultInformationSet(const char *vrf, uint32_t enable) {
-    if (vrf == nullptr || !kSwitch.holds(enable)) {
+    if (vrf == nullptr || !kSwitchRange.holds(enable)) {
         return kFailed;
     }
     return sendForBothLastCounts(vrf, enable == 1 ? "default-information originate"
@@ -275,7 +280,8 @@ uint32_t swRipRedistributeSet(const char *vrf, uint32_t kind, uint32_t metric, u
                               uint32_t selector) {
     static constexpr const char *kSources[] = {"static", "ospf"}; // by kind, counted from 1
     constexpr Range kKinds = {1, 2};
-    if (!kKinds.holds(kind) || !kSwitch.holds(enable) || (enable == 1 && !kMetric.holds(metric))) {
+    if (!kKinds.holds(kind) || !kSwitchRange.holds(enable) ||
+        (enable == 1 && !kMetricRange.holds(metric))) {
         return kFailed;
     }
     char command[kCommandBytes];
@@ -283,12 +289,12 @@ uint32_t swRipRedistributeSet(const char *vrf, uint32_t kind, uint32_t metric, u
     if (enable == 1 && metric != 0) {
         format(command, "redistribute %s metric %u", kSources[kind - 1], metric);
     }
-    return send(vrf, command, selector);
+    return sendToInstance(vrf, command, selector);
 }
 
 uint32_t swRipTimerSet(const char *vrf, uint32_t which, uint32_t value, uint32_t enable) {
     uint32_t seconds[kTimerCount];
-    if (which > kTimerCount || !kSwitch.holds(enable) || !loadTimers(vrf, seconds)) {
+    if (which > kTimerCount || !kSwitchRange.holds(enable) || !loadTimers(vrf, seconds)) {
         return kFailed;
     }
     return which == kAllTimers ? setAllTimers(vrf, enable, seconds)

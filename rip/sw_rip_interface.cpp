@@ -3,11 +3,11 @@
 
 #include "rip/sw_rip.h"
 
-#include <span>
-
 #include "common/front_end.h"
+#include "common/status.h"
 #include "common/text.h"
-#include "rip/rip_internal.h"
+#include "rip/uc_rip_values.h"
+#include "rip/vty_rip.h"
 #include "vty/session.h"
 #include "vty/views.h"
 
@@ -15,52 +15,63 @@ namespace {
 
 using namespace frruci::rip;
 using frruci::common::format;
+using frruci::common::kFailed;
+using frruci::common::kRefused;
+using frruci::common::kSuccess;
 using frruci::vty::kCommandBytes;
 
 constexpr std::size_t kChainBytes = 32;
-constexpr int32_t kParamFailed = -1;
-
-uint32_t send(const char *ifname, RipNetIf key, const char *command) {
-    char reply[kReplyBytes] = {};
-    return swRipIfAutoRun(ifname, key, command, kAnnouncedReplyBytes, reply);
-}
 
 uint32_t makeRecord(RipNetIf key) {
     RipInterfaceNode *record = nullptr;
-    return ucRipInterfaceNodeAppend(key, &record) == kOk ? kOk : kFailed;
+    return ucRipInterfaceNodeAppend(key, &record) == kSuccess ? kSuccess : kFailed;
 }
 
-// ---- settings with one stored value ----
+uint32_t sendToInterface(const char *ifname, RipNetIf key, const char *command) {
+    return swRipIfAutoRun(ifname, key, command, 0, nullptr); // which uses no reply buffer
+}
 
-/// commands[v] tells ripd the value v; 0 is the "no" form.
-struct Setting {
-    std::span<const char *const> commands;
+/// Sends, and stores the value once ripd has accepted the command.
+uint32_t sendAndStore(const char *ifname, RipNetIf key, const char *command,
+                      uint32_t (*store)(RipNetIf key, uint32_t value), uint32_t value) {
+    const uint32_t sent = sendToInterface(ifname, key, command);
+    if (sent != kSuccess) {
+        return sent;
+    }
+    return makeRecord(key) == kSuccess ? store(key, value) : kFailed;
+}
+
+// ---- versions ----
+
+struct VersionSetting {
+    const char *keyword;
+    Range accepted; // when enabling
     uint32_t (*store)(RipNetIf key, uint32_t value);
 };
 
-constexpr const char *kSendVersionCommands[] = {"no ip rip send version", "ip rip send version 1",
-                                                "ip rip send version 2"};
-constexpr const char *kReceiveVersionCommands[] = {
-    "no ip rip receive version", "ip rip receive version 1", "ip rip receive version 2",
-    "ip rip receive version 1 2"};
-constexpr const char *kV2BroadcastCommands[] = {"no ip rip v2-broadcast", "ip rip v2-broadcast"};
+constexpr VersionSetting kSendVersion = {
+    "send", {1, 2},
+     ucRipInterfaceSendVersionSet
+};
+constexpr VersionSetting kReceiveVersion = {
+    "receive", {1, 3},
+     ucRipInterfaceRecvVersionSet
+};
 
-constexpr Setting kSendVersion = {kSendVersionCommands, ucRipInterfaceSendVersionSet};
-constexpr Setting kReceiveVersion = {kReceiveVersionCommands, ucRipInterfaceRecvVersionSet};
-constexpr Setting kV2Broadcast = {kV2BroadcastCommands, ucRipInterfaceV2broadcastSet};
+constexpr char kVersionTexts[][4] = {"", "1", "2", "1 2"};
 
-uint32_t set(const Setting &setting, const char *ifname, RipNetIf key, uint32_t value,
-             uint32_t enable) {
-    const Range accepted = {1, static_cast<uint32_t>(setting.commands.size()) - 1};
-    if (!kSwitch.holds(enable) || (enable == 1 && !accepted.holds(value))) {
+uint32_t setVersion(const VersionSetting &setting, const char *ifname, RipNetIf key,
+                    uint32_t version, uint32_t enable) {
+    if (!kSwitchRange.holds(enable) || (enable == 1 && !setting.accepted.holds(version))) {
         return kFailed;
     }
-    const uint32_t wanted = enable == 1 ? value : 0;
-    const uint32_t sent = send(ifname, key, setting.commands[wanted]);
-    if (sent != kOk) {
-        return sent;
+    char command[kCommandBytes];
+    if (enable == 1) {
+        format(command, "ip rip %s version %s", setting.keyword, kVersionTexts[version]);
+    } else {
+        format(command, "no ip rip %s version", setting.keyword);
     }
-    return makeRecord(key) == kOk ? setting.store(key, wanted) : kFailed;
+    return sendAndStore(ifname, key, command, setting.store, enable == 1 ? version : 0);
 }
 
 const char *splitHorizonCommand(uint32_t poisoned, uint32_t enable) {
@@ -72,23 +83,31 @@ const char *splitHorizonCommand(uint32_t poisoned, uint32_t enable) {
 
 // ---- authentication ----
 
-constexpr uint32_t kMd5 = 2; // mode; 1 is simple text
-
-/// Three commands: the other method goes, the new secret comes, the mode changes.
+/// Three commands: the other method goes, the new secret comes, the mode changes. Texts, not
+/// pointers, which would take more flash.
 struct AuthMethod {
-    const char *clearOther;
-    const char *install; // with the key's text, or for MD5 the chain's name
-    const char *mode;
+    char clearOther[36];
+    char install[38]; // with the key's text, or for MD5 the chain's name
+    char mode[32];
 };
-
-constexpr const char *kTextMode = "ip rip authentication mode text";
 
 // By mode. The handlers never ask for mode 0, whose first two commands are empty.
 constexpr AuthMethod kAuthMethods[] = {
-    {"",                                   "",                                   kTextMode},
-    {"no ip rip authentication key-chain", "ip rip authentication string %s",    kTextMode},
-    {"no ip rip authentication string",    "ip rip authentication key-chain %s",
-     "ip rip authentication mode md5"                                                     },
+    {
+     .clearOther = "",
+     .install = "",
+     .mode = "ip rip authentication mode text",
+     },
+    {
+     .clearOther = "no ip rip authentication key-chain",
+     .install = "ip rip authentication string %s",
+     .mode = "ip rip authentication mode text",
+     },
+    {
+     .clearOther = "no ip rip authentication string",
+     .install = "ip rip authentication key-chain %s",
+     .mode = "ip rip authentication mode md5",
+     },
 };
 
 uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,
@@ -99,8 +118,8 @@ uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t
     if (mode == kMd5) {
         (void)swRipKeychainClean(key, chain); // there may be none yet
     }
-    uint32_t sent = send(ifname, key, method.clearOther);
-    if (sent != kOk) {
+    uint32_t sent = sendToInterface(ifname, key, method.clearOther);
+    if (sent != kSuccess) {
         return sent;
     }
     if (mode == kMd5) {
@@ -108,12 +127,12 @@ uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t
     }
     char command[kCommandBytes];
     format(command, method.install, mode == kMd5 ? chain : keystring);
-    sent = send(ifname, key, command);
-    return sent != kOk ? sent : send(ifname, key, method.mode);
+    sent = sendToInterface(ifname, key, command);
+    return sent != kSuccess ? sent : sendToInterface(ifname, key, method.mode);
 }
 
 uint32_t storeSecret(RipNetIf key, uint32_t keyid, const char *keystring) {
-    if (ucRipInterfaceAuth_keyidSet(key, keyid) != kOk) {
+    if (ucRipInterfaceAuth_keyidSet(key, keyid) != kSuccess) {
         return kFailed;
     }
     // ripd takes a key of more than 16 characters in a key chain; the model refuses it.
@@ -129,50 +148,53 @@ void askForSide(RipNetIf key) {
 
 uint32_t swRipIfSplitHorizonSet(const char *ifname, RipNetIf key, uint32_t poisoned,
                                 uint32_t enable) {
-    if (!kSwitch.holds(poisoned) || !kSwitch.holds(enable)) {
+    if (!kSwitchRange.holds(poisoned) || !kSwitchRange.holds(enable)) {
         return kFailed;
     }
-    const uint32_t sent = send(ifname, key, splitHorizonCommand(poisoned, enable));
-    if (sent != kOk) {
-        return sent;
-    }
     // Poisoned reverse is stored as split horizon. Fixed by the interface.
-    return makeRecord(key) == kOk ? ucRipInterfaceSplitHorizonEnableSet(key, enable) : kFailed;
+    return sendAndStore(ifname, key, splitHorizonCommand(poisoned, enable),
+                        ucRipInterfaceSplitHorizonEnableSet, enable);
 }
 
 uint32_t swRipIfSendVersionSet(const char *ifname, RipNetIf key, uint32_t version,
                                uint32_t enable) {
-    return set(kSendVersion, ifname, key, version, enable);
+    return setVersion(kSendVersion, ifname, key, version, enable);
 }
 
 uint32_t swRipIfReceiveVersionSet(const char *ifname, RipNetIf key, uint32_t version,
                                   uint32_t enable) {
-    return set(kReceiveVersion, ifname, key, version, enable);
+    return setVersion(kReceiveVersion, ifname, key, version, enable);
 }
 
 uint32_t swRipIfV2BroadcastSet(const char *ifname, RipNetIf key, uint32_t enable) {
-    return set(kV2Broadcast, ifname, key, 1, enable);
+    if (!kSwitchRange.holds(enable)) {
+        return kFailed;
+    }
+    return sendAndStore(ifname, key, enable == 1 ? "ip rip v2-broadcast" : "no ip rip v2-broadcast",
+                        ucRipInterfaceV2broadcastSet, enable);
 }
 
 uint32_t swRipIfAuthenticationSet(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,
                                   const char *keystring, uint32_t enable) {
-    if (!kSwitch.holds(enable) ||
-        (enable == 1 && (mode > kMd5 || !kKeyId.holds(keyid) || keystring == nullptr))) {
+    if (!kSwitchRange.holds(enable) ||
+        (enable == 1 && (mode > kMd5 || !kKeyIdRange.holds(keyid) || keystring == nullptr))) {
         return kFailed;
     }
-    const uint32_t sent = enable == 1 ? installSecret(ifname, key, mode, keyid, keystring)
-                                      : send(ifname, key, "no ip rip authentication mode");
-    if (sent != kOk) {
+    const uint32_t sent = enable == 1
+                              ? installSecret(ifname, key, mode, keyid, keystring)
+                              : sendToInterface(ifname, key, "no ip rip authentication mode");
+    if (sent != kSuccess) {
         return sent;
     }
-    if (makeRecord(key) != kOk || (enable == 1 && storeSecret(key, keyid, keystring) != kOk)) {
+    if (makeRecord(key) != kSuccess ||
+        (enable == 1 && storeSecret(key, keyid, keystring) != kSuccess)) {
         return kFailed;
     }
     return ucRipInterfaceAuth_typeSet(key, enable == 1 ? mode : 0);
 }
 
 uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable) {
-    if (!kSwitch.holds(enable)) {
+    if (!kSwitchRange.holds(enable)) {
         return kFailed;
     }
     // Made before the checks. Fixed by the interface.
@@ -184,44 +206,38 @@ uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable) {
     if (sw_is_lan_vid(vid) == 0 && sw_is_wan_vid(vid) == 0) {
         return kFailed;
     }
-    char reply[kReplyBytes] = {};
-    const uint32_t sent = swRipAutoRun(kInstance, command, kAnnouncedReplyBytes, 0, reply);
-    if (sent != kOk) {
+    const uint32_t sent = sendToInstance(kInstance, command, 0);
+    if (sent != kSuccess) {
         return sent;
     }
     (void)ucRipInterfacePassiveEnableSet(key, enable); // Fixed by the interface
-    return kOk;
+    return kSuccess;
 }
 
 uint32_t swRipKeychainClean(RipNetIf key, const char *chain) {
     if (chain == nullptr) {
-        return kOk;
+        return kSuccess;
     }
     askForSide(key);
     char command[kCommandBytes];
     format(command, "no key chain %s", chain);
-    char reply[kReplyBytes] = {};
-    return static_cast<uint32_t>(
-        frrVtyAutoRun(kConfigureView, kRipSocket, command, nullptr, kAnnouncedReplyBytes, reply));
+    return sendInView(kConfigureView, command);
 }
 
 uint32_t swRipKeychainAdd(RipNetIf key, const char *chain, uint32_t keyid, const char *keystring) {
-    if (chain == nullptr || keystring == nullptr || !kKeyId.holds(keyid)) {
+    if (chain == nullptr || keystring == nullptr || !kKeyIdRange.holds(keyid)) {
         return kFailed;
     }
     askForSide(key);
     dlist *params = nullptr;
-    if (frrVtyParamInit(&params) != 0 ||
-        frrVtyParamStrSet(&params, "keychain", chain) == kParamFailed ||
-        frrVtyParamIntSet(&params, "keyid", static_cast<int32_t>(keyid)) == kParamFailed) {
+    if (frrVtyParamInit(&params) != kSuccess ||
+        frrVtyParamStrSet(&params, "keychain", chain) == kRefused ||
+        frrVtyParamIntSet(&params, "keyid", static_cast<int32_t>(keyid)) == kRefused) {
         (void)frrVtyParamFini(&params); // nothing to do about a list that stays
         return kFailed;
     }
     char command[kCommandBytes];
     format(command, "key-string %s", keystring);
-    char reply[kReplyBytes] = {};
-    return frrVtyAutoRun("keychain_keyid_keystr_view", kRipSocket, command, &params,
-                         kAnnouncedReplyBytes, reply) == 0
-               ? kOk
-               : kFailed;
+    return sendInView("keychain_keyid_keystr_view", command, &params) == kSuccess ? kSuccess
+                                                                                  : kFailed;
 }

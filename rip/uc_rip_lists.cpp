@@ -7,11 +7,17 @@
 #include <cstring>
 
 #include "common/front_end.h"
-#include "rip/rip_internal.h"
+#include "common/lock.h"
+#include "common/status.h"
+#include "rip/uc_rip_values.h"
 
 namespace {
 
 using namespace frruci::rip;
+using frruci::common::kFailed;
+using frruci::common::kOutOfMemory;
+using frruci::common::kSuccess;
+using frruci::common::Locked;
 
 constexpr int32_t kNotSearched = -1;
 
@@ -25,18 +31,26 @@ void logAppend(int line) {
     (void)record_log_act("uc_rip:%d: swRipRouterRipSet\n", line);
 }
 
-template <pthread_mutex_t &kMutex> void lock() {
-    (void)pthread_mutex_lock(&kMutex); // fails only on misuse
+void lockInstances() {
+    (void)pthread_mutex_lock(&ucRipVrfListMu); // cannot fail on a default mutex
 }
 
-template <pthread_mutex_t &kMutex> void unlock() {
-    (void)pthread_mutex_unlock(&kMutex);
+void unlockInstances() {
+    (void)pthread_mutex_unlock(&ucRipVrfListMu); // held since the search began
 }
 
-template <pthread_mutex_t &kMutex>
-dlist_node *find(dlist *list, RipCompare compare, const void *key) {
+void lockInterfaces() {
+    (void)pthread_mutex_lock(&ucRipIfListMu); // as above
+}
+
+void unlockInterfaces() {
+    (void)pthread_mutex_unlock(&ucRipIfListMu);
+}
+
+/// Searches the instances, or the networks or neighbours of one.
+dlist_node *findInInstances(dlist *list, RipCompare compare, const void *key) {
     dlist_node *entry = nullptr;
-    (void)ucRipListFind(list, compare, lock<kMutex>, unlock<kMutex>, key, &entry);
+    (void)ucRipListFind(list, compare, lockInstances, unlockInstances, key, &entry);
     return entry; // none also where nothing could be searched
 }
 
@@ -55,57 +69,60 @@ static_assert(sizeof(NetworkKey) == sizeof(RipNetworkNode));
 static_assert(sizeof(AddressKey) == sizeof(RipNeighborNode));
 
 dlist_node *findVrf(const char *name) {
-    return find<ucRipVrfListMu>(gRipVrfList, ripVrfNameCmp, name);
+    return findInInstances(gRipVrfList, ripVrfNameCmp, name);
 }
 
 dlist_node *findNeighbor(const RipVrfNode &vrf, const AddressKey &key) {
-    return find<ucRipVrfListMu>(vrf.neighbors, ripNeighborCmp, &key);
+    return findInInstances(vrf.neighbors, ripNeighborCmp, &key);
 }
 
 dlist_node *findNetwork(const RipVrfNode &vrf, const NetworkKey &key) {
-    return find<ucRipVrfListMu>(vrf.networks, ripNetworkCmp, &key);
+    return findInInstances(vrf.networks, ripNetworkCmp, &key);
 }
 
 dlist_node *findInterface(const RipNetIf &key) {
-    return find<ucRipIfListMu>(gRipIfList, ripNetIfCmp, &key);
+    dlist_node *entry = nullptr;
+    (void)ucRipListFind(gRipIfList, ripNetIfCmp, lockInterfaces, unlockInterfaces, &key, &entry);
+    return entry; // none also where nothing could be searched
 }
 
-template <class Record> void handOut(Record **out, void *record) {
+template <typename Record> void handOut(Record **out, void *record) {
     if (out != nullptr) {
         *out = static_cast<Record *>(record);
     }
 }
 
-template <pthread_mutex_t &kMutex> uint32_t append(dlist *list, void *record) {
-    const Locked locked(kMutex);
-    return dlistAppend(list, record) == 0 ? kOk : kListFailed;
+uint32_t appendRecord(dlist *list, pthread_mutex_t &mutex, void *record) {
+    const Locked locked(mutex);
+    return dlistAppend(list, record) == 0 ? kSuccess : kOutOfMemory;
 }
 
-template <pthread_mutex_t &kMutex> uint32_t remove(dlist *list, dlist_node *entry) {
+uint32_t removeEntry(dlist *list, pthread_mutex_t &mutex, dlist_node *entry) {
     if (entry == nullptr) {
-        return kOk;
+        return kSuccess;
     }
-    const Locked locked(kMutex);
-    return dlistDelete(list, entry) == 0 ? kOk : kFailed;
+    const Locked locked(mutex);
+    return dlistDelete(list, entry) == 0 ? kSuccess : kFailed;
 }
 
 /// Hands out the record of a found entry, or a new one that init has filled.
-template <pthread_mutex_t &kMutex, class Record, class Init>
-uint32_t findOrAppend(dlist_node *found, dlist *list, Record **out, Init init) {
+template <typename Record, typename Init>
+uint32_t findOrAppend(const dlist_node *found, dlist *list, pthread_mutex_t &mutex, Record **out,
+                      Init init) {
     if (found != nullptr) {
         handOut(out, found->data);
-        return kOk;
+        return kSuccess;
     }
     auto *record = static_cast<Record *>(malloc(sizeof(Record)));
     if (record == nullptr) {
-        return kListFailed;
+        return kOutOfMemory;
     }
-    if (init(record) != kOk || append<kMutex>(list, record) != kOk) {
+    if (init(record) != kSuccess || appendRecord(list, mutex, record) != kSuccess) {
         free(record);
-        return kListFailed;
+        return kOutOfMemory;
     }
     handOut(out, record);
-    return kOk;
+    return kSuccess;
 }
 
 /// Makes and adds the instance that a search did not find.
@@ -115,18 +132,18 @@ uint32_t appendVrf(const char *name, RipVrfNode **out) {
     if (record == nullptr) {
         return kFailed;
     }
-    if (ripVrfNodeInit(record, name) != kOk) {
+    if (ripVrfNodeInit(record, name) != kSuccess) {
         free(record);
-        return kListFailed;
+        return kOutOfMemory;
     }
     logAppend(489);
-    if (append<ucRipVrfListMu>(gRipVrfList, record) != kOk) {
+    if (appendRecord(gRipVrfList, ucRipVrfListMu, record) != kSuccess) {
         free(record);
-        return kListFailed;
+        return kOutOfMemory;
     }
     logAppend(496);
     handOut(out, record);
-    return kOk;
+    return kSuccess;
 }
 
 int32_t matchBytes(const void *key, const void *field, std::size_t size) {
@@ -204,11 +221,11 @@ uint32_t ucRipVrfAppend(const char *name, RipVrfNode **out) {
         return appendVrf(name, out);
     }
     handOut(out, found->data);
-    return kOk;
+    return kSuccess;
 }
 
 uint32_t ucRipVrfRemoveByName(const char *name) {
-    return name == nullptr ? kFailed : remove<ucRipVrfListMu>(gRipVrfList, findVrf(name));
+    return name == nullptr ? kFailed : removeEntry(gRipVrfList, ucRipVrfListMu, findVrf(name));
 }
 
 uint32_t ucRipVrfFindByName(const char *name, RipVrfNode **out) {
@@ -217,57 +234,57 @@ uint32_t ucRipVrfFindByName(const char *name, RipVrfNode **out) {
         return kFailed;
     }
     handOut(out, found->data);
-    return kOk;
+    return kSuccess;
 }
 
 uint32_t ucRipNeighborAppend(const char *vrfName, const char *addr, RipNeighborNode **out) {
     RipVrfNode *vrf = nullptr;
-    if (addr == nullptr || out == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kOk) {
+    if (addr == nullptr || out == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kSuccess) {
         return kFailed;
     }
-    return findOrAppend<ucRipVrfListMu>(
-        findNeighbor(*vrf, AddressKey(addr)), vrf->neighbors, out,
+    return findOrAppend(
+        findNeighbor(*vrf, AddressKey(addr)), vrf->neighbors, ucRipVrfListMu, out,
         [addr](RipNeighborNode *record) { return ripNeighborNodeInit(record, addr); });
 }
 
 uint32_t ucRipNeighborRemoveByName(const char *vrfName, const char *addr) {
     RipVrfNode *vrf = nullptr;
-    if (addr == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kOk) {
+    if (addr == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kSuccess) {
         return kFailed;
     }
-    return remove<ucRipVrfListMu>(vrf->neighbors, findNeighbor(*vrf, AddressKey(addr)));
+    return removeEntry(vrf->neighbors, ucRipVrfListMu, findNeighbor(*vrf, AddressKey(addr)));
 }
 
 uint32_t ucRipNetworkNodeAppend(const char *vrfName, const char *ip, const char *mask,
                                 RipNetworkNode **out) {
     RipVrfNode *vrf = nullptr;
     if (ip == nullptr || mask == nullptr || out == nullptr ||
-        ucRipVrfFindByName(vrfName, &vrf) != kOk) {
+        ucRipVrfFindByName(vrfName, &vrf) != kSuccess) {
         return kFailed;
     }
     const NetworkKey key = {AddressKey(ip), AddressKey(mask)};
-    return findOrAppend<ucRipVrfListMu>(
-        findNetwork(*vrf, key), vrf->networks, out,
+    return findOrAppend(
+        findNetwork(*vrf, key), vrf->networks, ucRipVrfListMu, out,
         [ip, mask](RipNetworkNode *record) { return ripNetworkNodeInit(record, ip, mask); });
 }
 
 uint32_t ucRipNetworkNodeRemoveByName(const char *vrfName, const char *ip, const char *mask) {
     RipVrfNode *vrf = nullptr;
-    if (ip == nullptr || mask == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kOk) {
+    if (ip == nullptr || mask == nullptr || ucRipVrfFindByName(vrfName, &vrf) != kSuccess) {
         return kFailed;
     }
     const NetworkKey key = {AddressKey(ip), AddressKey(mask)};
-    return remove<ucRipVrfListMu>(vrf->networks, findNetwork(*vrf, key));
+    return removeEntry(vrf->networks, ucRipVrfListMu, findNetwork(*vrf, key));
 }
 
 uint32_t ucRipInterfaceNodeAppend(RipNetIf key, RipInterfaceNode **out) {
-    return findOrAppend<ucRipIfListMu>(
-        findInterface(key), gRipIfList, out,
+    return findOrAppend(
+        findInterface(key), gRipIfList, ucRipIfListMu, out,
         [key](RipInterfaceNode *record) { return ripInterfaceNodeInit(record, key); });
 }
 
 uint32_t ucRipInterfaceNodeRemoveByKey(RipNetIf key) {
-    return remove<ucRipIfListMu>(gRipIfList, findInterface(key));
+    return removeEntry(gRipIfList, ucRipIfListMu, findInterface(key));
 }
 
 uint32_t ucRipIfFindByNetIf(RipNetIf key, RipInterfaceNode **out) {
@@ -276,5 +293,5 @@ uint32_t ucRipIfFindByNetIf(RipNetIf key, RipInterfaceNode **out) {
         return kFailed;
     }
     *out = static_cast<RipInterfaceNode *>(found->data);
-    return kOk;
+    return kSuccess;
 }
