@@ -9,21 +9,24 @@
 
 #include "common/front_end.h"
 #include "common/shell.h"
-#include "common/text.h"
+#include "common/status.h"
+#include "common/table.h"
+#include "common/words.h"
 #include "nhrp/sw_nhrp.h"
 
 namespace {
 
-using frruci::common::equals;
+using frruci::common::findRow;
+using frruci::common::hasUniqueWords;
+using frruci::common::kSuccess;
+using frruci::common::Words;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/nhrp_pipe_c2lua";
-constexpr uint32_t kAccepted = 0;
 constexpr uint16_t kVrf = 0; // builders ignore it
 
-constexpr int32_t kFirstPhraseWord = 2; // after the handler's name and the interface
-constexpr const char *kAny = nullptr;   // stands for any word
+constexpr const char *kAny = nullptr; // stands for any word
 
-/// A builder of an interface setting; it takes the last words of its phrase as its values.
+/// A builder of an interface setting; the last words of its phrase are its values.
 struct Builder {
     using OfNone = uint32_t (*)(uint16_t vrf, const char *ifname);
     using OfOne = uint32_t (*)(uint16_t vrf, const char *ifname, const char *value);
@@ -40,15 +43,15 @@ struct Builder {
     constexpr Builder(OfOne builder) : one(builder), values(1) {}
     constexpr Builder(OfTwo builder) : two(builder), values(2) {}
 
-    /// end: the entry after the phrase's last word.
-    uint32_t build(const char *ifname, char **end) const {
+    /// count: how many of the words are the phrase's.
+    uint32_t build(const char *ifname, const Words &words, int32_t count) const {
         switch (values) {
         case 0:
             return none(kVrf, ifname);
         case 1:
-            return one(kVrf, ifname, end[-1]);
+            return one(kVrf, ifname, words[count - 1]);
         default:
-            return two(kVrf, ifname, end[-2], end[-1]);
+            return two(kVrf, ifname, words[count - 2], words[count - 1]);
         }
     }
 };
@@ -68,8 +71,6 @@ struct Phrase {
             words[length++] = '\0'; // one that does not fit is no constant expression
         }
     }
-
-    constexpr int32_t leastArgc() const { return kFirstPhraseWord + wordCount; }
 };
 
 // Not every phrase has its negated one. Fixed by the interface.
@@ -103,24 +104,25 @@ constexpr Keyword kKeywords[] = {
     {"nflog-group",           nhrp_nflog          },
     {"multicast-nflog-group", multicast_nhrp_nflog},
 };
-
-void reply(uint32_t status) {
-    // Without a pipe there is nobody to tell.
-    (void)write_pipe_to_lua(status == kAccepted ? "ok" : "fail", kReplyPipe);
-}
+static_assert(hasUniqueWords<&Keyword::word>(kKeywords));
 
 /// For the log.
 const char *shown(const char *word) {
     return word == nullptr ? "(null)" : word;
 }
 
-bool matches(const Phrase &phrase, int32_t argc, char **argv) {
-    if (argc < phrase.leastArgc()) {
+void replyStatus(uint32_t status) {
+    // Without a pipe there is nobody to tell.
+    (void)write_pipe_to_lua(status == kSuccess ? "ok" : "fail", kReplyPipe);
+}
+
+bool matches(const Phrase &phrase, const Words &words) {
+    if (words.count() < phrase.wordCount) {
         return false;
     }
     const char *word = phrase.words;
-    for (int32_t i = kFirstPhraseWord; i < phrase.leastArgc(); ++i) {
-        if (argv[i] == nullptr || (*word != '\0' && !equals(argv[i], word))) {
+    for (int32_t i = 0; i < phrase.wordCount; ++i) {
+        if (*word != '\0' && !words.is(i, word)) {
             return false;
         }
         word += strlen(word) + 1;
@@ -128,43 +130,19 @@ bool matches(const Phrase &phrase, int32_t argc, char **argv) {
     return true;
 }
 
-uint32_t runPhrase(int32_t argc, char **argv) {
+uint32_t runPhrase(const char *ifname, const Words &words) {
     for (const Phrase &phrase : kPhrases) {
-        if (matches(phrase, argc, argv)) {
-            return phrase.builder.build(argv[1], argv + phrase.leastArgc());
+        if (matches(phrase, words)) {
+            return phrase.builder.build(ifname, words, phrase.wordCount);
         }
     }
-    return kAccepted; // for unknown and unfinished phrases. Fixed by the interface.
+    return kSuccess; // for unknown and unfinished phrases. Fixed by the interface.
 }
 
-/// The words after the handler's name, up to the first null entry. argc does not limit them: a
-/// restart, with argc 1, may be followed by a keyword.
-template <int N> void takeWords(char **argv, const char *(&words)[N]) {
-    bool ended = false;
-    for (int i = 0; i < N; ++i) {
-        words[i] = ended ? nullptr : argv[i + 1];
-        ended = words[i] == nullptr;
-    }
-}
-
-void restart(int32_t argc, const char *name) {
-    (void)record_log_act("frr_nhrp:%d: process_nhrp_global argc:%d,argv:%s\n\n", __LINE__, argc,
-                         shown(name));
-    frruci::common::runShell("killall nhrpd;nhrpd -d");
-}
-
-uint32_t runKeyword(const char *word, const char *value) {
-    for (const Keyword &keyword : kKeywords) {
-        if (word != nullptr && equals(word, keyword.word)) {
-            return keyword.build(kVrf, value);
-        }
-    }
-    return kAccepted;
-}
-
-bool isCacheRequest(const char *const (&words)[3]) {
-    return words[2] != nullptr && equals(words[0], "ip") && equals(words[1], "nhrp") &&
-           equals(words[2], "cache");
+uint32_t runKeyword(const Words &words) {
+    const Keyword *keyword =
+        words.count() == 0 ? nullptr : findRow<&Keyword::word>(kKeywords, words[0]);
+    return keyword == nullptr ? kSuccess : keyword->build(kVrf, words[1]);
 }
 
 } // namespace
@@ -173,31 +151,35 @@ void process_nhrp_interface(int32_t argc, char **argv) {
     if (argc <= 1 || argv == nullptr) {
         return;
     }
+    const char *ifname = argv[1];
     (void)record_log_act("frr_nhrp:%d: process_nhrp_interface argc:%d,argv:%s\n\n", __LINE__, argc,
-                         shown(argv[1]));
-    reply(runPhrase(argc, argv));
+                         shown(ifname));
+    replyStatus(runPhrase(ifname, Words(argc - 2, argv + 2)));
 }
 
 void process_nhrp_global(int32_t argc, char **argv) {
-    const char *words[2] = {};
-    if (argv != nullptr && argc >= 1) {
-        if (argc == 1) {
-            restart(argc, argv[0]);
-        }
-        takeWords(argv, words);
+    if (argc < 1 || argv == nullptr) {
+        replyStatus(kSuccess);
+        return;
     }
-    reply(runKeyword(words[0], words[1]));
+    if (argc == 1) {
+        (void)record_log_act("frr_nhrp:%d: process_nhrp_global argc:%d,argv:%s\n\n", __LINE__, argc,
+                             shown(argv[0]));
+        frruci::common::runShell("killall nhrpd;nhrpd -d");
+    }
+    // argc does not limit the words: after a restart, with argc 1, a keyword still counts.
+    replyStatus(runKeyword(Words(2, argv + 1)));
 }
 
 void process_nhrp_show(int32_t argc, char **argv) {
     if (argc < 1 || argv == nullptr) {
         return;
     }
-    const char *words[3];
-    takeWords(argv, words);
+    const Words words(3, argv + 1); // whatever argc says. Fixed by the interface.
     (void)record_log_act("frr_nhrp:%d: process_nhrp_show argc:%d,argv:%s,%s,%s\n\n", __LINE__, argc,
                          shown(words[0]), shown(words[1]), shown(words[2]));
-    if (isCacheRequest(words) && swNhrpShow(0, "cache") != 0) {
+    const bool isCache = words.is(0, "ip") && words.is(1, "nhrp") && words.is(2, "cache");
+    if (isCache && swNhrpShow(kVrf, "cache") != kSuccess) {
         (void)record_log_act("frr_nhrp:%d: process_nhrp_show argc:%d,argv:%s,failed\n\n", __LINE__,
                              argc, words[2]);
     }

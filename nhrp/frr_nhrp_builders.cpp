@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "common/front_end.h"
+#include "common/status.h"
 #include "common/text.h"
 #include "nhrp/frr_nhrp.h"
 #include "nhrp/sw_nhrp.h"
@@ -14,9 +15,9 @@
 namespace {
 
 using frruci::common::format;
+using frruci::common::kFailed;
 using frruci::vty::kCommandBytes;
 
-constexpr uint32_t kRefused = 1;
 constexpr uint16_t kVrf = 0; // deliveries ignore it
 constexpr const char *kSection = "sdwan";
 constexpr const char *kFlag = "1";
@@ -63,7 +64,7 @@ constexpr const char *kNoInterface = "";
 constexpr const char *kNoValue = "";
 
 /// A failed write does not keep the command from the daemon. Fixed by the interface.
-void record(const Setting &setting, const char *ifname, const char *value) {
+void recordSetting(const Setting &setting, const char *ifname, const char *value) {
     if (setting.stored == kNone) {
         return;
     }
@@ -77,7 +78,7 @@ void record(const Setting &setting, const char *ifname, const char *value) {
     }
 }
 
-uint32_t sendTo(Context context, const char *ifname, const char *command) {
+uint32_t sendCommand(Context context, const char *ifname, const char *command) {
     switch (context) {
     case kTunnel:
         return doVtyNhrpConfigInterface(kVrf, ifname, command);
@@ -86,97 +87,97 @@ uint32_t sendTo(Context context, const char *ifname, const char *command) {
     case kGlobal:
         return doVtyNhrpConfig(kVrf, command);
     }
-    return kRefused;
+    return kFailed;
 }
 
 /// Stores the setting, then sends its command; line is the caller's, for the log. A null text is
 /// refused before anything happens.
-uint32_t apply(const Setting &setting, const char *ifname, const char *first = kNoValue,
-               const char *second = kNoValue, int line = __builtin_LINE()) {
+uint32_t applySetting(const Setting &setting, const char *ifname, const char *first = kNoValue,
+                      const char *second = kNoValue, int line = __builtin_LINE()) {
     if (ifname == nullptr || first == nullptr || second == nullptr) {
-        return kRefused;
+        return kFailed;
     }
     char command[kCommandBytes];
     format(command, setting.command, first, second);
     (void)record_log_act("frr_nhrp:%d: generate cmd:%s\n", line, command);
     // The store first, and it keeps the value when the daemon refuses. Fixed by the interface.
-    record(setting, ifname, first);
-    return sendTo(setting.context, ifname, command);
+    recordSetting(setting, ifname, first);
+    return sendCommand(setting.context, ifname, command);
 }
 
 } // namespace
 
 uint32_t nhrp_ip_nhrp(uint16_t /*vrf*/, const char *ifname, const char *word) {
-    return apply(kWord, ifname, word);
+    return applySetting(kWord, ifname, word);
 }
 
 uint32_t nhrp_no_ip_nhrp(uint16_t /*vrf*/, const char *ifname, const char *word) {
-    return apply(kNoWord, ifname, word);
+    return applySetting(kNoWord, ifname, word);
 }
 
 uint32_t nhrp_ip_address(uint16_t /*vrf*/, const char *ifname, const char *address) {
-    return apply(kAddress, ifname, address);
+    return applySetting(kAddress, ifname, address);
 }
 
 uint32_t no_nhrp_ip_address(uint16_t /*vrf*/, const char *ifname, const char *address) {
-    return apply(kNoAddress, ifname, address);
+    return applySetting(kNoAddress, ifname, address);
 }
 
 uint32_t nhrp_ip_nhrp_network(uint16_t /*vrf*/, const char *ifname, const char *id) {
-    return apply(kNetworkId, ifname, id);
+    return applySetting(kNetworkId, ifname, id);
 }
 
 uint32_t nhrp_ip_nhrp_registration(uint16_t /*vrf*/, const char *ifname) {
-    return apply(kNoUnique, ifname);
+    return applySetting(kNoUnique, ifname);
 }
 
 uint32_t nhrp_ip_nhrp_nhs_nbma(uint16_t /*vrf*/, const char *ifname, const char *nbma) {
-    return apply(kNhsNbma, ifname, nbma);
+    return applySetting(kNhsNbma, ifname, nbma);
 }
 
 uint32_t nhrp_no_ip_nhrp_nhs_nbma(uint16_t /*vrf*/, const char *ifname, const char *nbma) {
-    return apply(kNoNhsNbma, ifname, nbma);
+    return applySetting(kNoNhsNbma, ifname, nbma);
 }
 
 uint32_t nhrp_ip_nhrp_map_multicast(uint16_t /*vrf*/, const char *ifname, const char *address) {
-    return apply(kMulticast, ifname, address);
+    return applySetting(kMulticast, ifname, address);
 }
 
 uint32_t nhrp_no_ip_nhrp_map_multicast(uint16_t /*vrf*/, const char *ifname, const char *address) {
-    return apply(kNoMulticast, ifname, address);
+    return applySetting(kNoMulticast, ifname, address);
 }
 
 uint32_t nhrp_tunnel_profile(uint16_t /*vrf*/, const char *ifname, const char *profile) {
-    return apply(kProfile, ifname, profile);
+    return applySetting(kProfile, ifname, profile);
 }
 
 uint32_t nhrp_tunnel_source(uint16_t /*vrf*/, const char *ifname, const char *source) {
-    return apply(kSource, ifname, source);
+    return applySetting(kSource, ifname, source);
 }
 
 uint32_t nhrp_tunnel_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                 const char *second) {
-    return apply(kAddLink, ifname, first, second);
+    return applySetting(kAddLink, ifname, first, second);
 }
 
 uint32_t nhrp_tunnel_set_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                     const char *second) {
-    return apply(kConnectLink, ifname, first, second);
+    return applySetting(kConnectLink, ifname, first, second);
 }
 
 uint32_t nhrp_no_tunnel_spoke_link(uint16_t /*vrf*/, const char *ifname, const char *first,
                                    const char *second) {
-    return apply(kDeleteLink, ifname, first, second);
+    return applySetting(kDeleteLink, ifname, first, second);
 }
 
 uint32_t nhrp_no_link_detect(uint16_t /*vrf*/, const char *ifname) {
-    return apply(kNoLinkDetect, ifname);
+    return applySetting(kNoLinkDetect, ifname);
 }
 
 uint32_t nhrp_nflog(uint16_t /*vrf*/, const char *group) {
-    return apply(kNflogGroup, kNoInterface, group);
+    return applySetting(kNflogGroup, kNoInterface, group);
 }
 
 uint32_t multicast_nhrp_nflog(uint16_t /*vrf*/, const char *group) {
-    return apply(kMcastGroup, kNoInterface, group);
+    return applySetting(kMcastGroup, kNoInterface, group);
 }

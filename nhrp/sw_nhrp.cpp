@@ -3,9 +3,12 @@
 
 #include "nhrp/sw_nhrp.h"
 
+#include <uci.h>
+
 #include "common/front_end.h"
 #include "common/frr_uci.h"
 #include "common/outside.h"
+#include "common/status.h"
 #include "common/text.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf_process.h"
@@ -13,7 +16,9 @@
 
 namespace {
 
-constexpr int32_t kInvalidArgument = 2; // as libuci says it
+using frruci::common::equals;
+using frruci::common::kFailed;
+using frruci::common::kSuccess;
 
 constexpr const char *kPackage = "/etc/config/nhrp"; // libuci takes a path as well
 constexpr const char *kSection = "sdwan";
@@ -25,23 +30,23 @@ constexpr uint16_t kInterfaceBytes = 64;
 
 int32_t storeOption(const char *section, const char *option, const char *value) {
     if (section == nullptr || option == nullptr || value == nullptr) {
-        return kInvalidArgument;
+        return UCI_ERR_INVAL;
     }
     return frr_uci_set(kPackage, section, option, value);
 }
 
 bool hasInterface() {
     char recorded[kInterfaceBytes];
-    return frr_uci_get(kPackage, kSection, kInterface, recorded, sizeof recorded) == 0;
+    return frr_uci_get(kPackage, kSection, kInterface, recorded, sizeof recorded) == UCI_OK;
 }
 
 } // namespace
 
 uint32_t swNhrpShow(uint16_t /*vrf*/, const char *what) {
-    const bool cache = what != nullptr && frruci::common::equals(what, "cache");
+    const bool cache = what != nullptr && equals(what, "cache");
     // Anything else sends an empty line. Fixed by the interface.
     const char *command = cache ? "show ip nhrp cache json" : "";
-    return vtyNhrpPrint(command, frruci::vty::kNhrpdSocket) == 0 ? 0 : 1;
+    return vtyNhrpPrint(command, frruci::vty::kNhrpdSocket) == kSuccess ? kSuccess : kFailed;
 }
 
 int32_t nhrp_enable() {
@@ -63,7 +68,7 @@ int32_t nhrp_set_interface(const char *ifname, int32_t flag) {
     }
     // What is recorded stays, a "0" too. Fixed by the interface.
     if (hasInterface()) {
-        return 0;
+        return UCI_OK;
     }
     (void)record_log_act("sw_nhrp:%d: nhrp interface is null\n", __LINE__);
     return storeOption(kSection, kInterface, ifname);

@@ -9,6 +9,7 @@
 
 #include "common/front_end.h"
 #include "common/outside.h"
+#include "common/status.h"
 #include "common/text.h"
 #include "vty/daemons.h"
 #include "vty/session.h"
@@ -16,13 +17,12 @@
 namespace {
 
 using frruci::common::format;
+using frruci::common::kFailed;
+using frruci::common::kNoConnection;
+using frruci::common::kSuccess;
 using frruci::vty::deliver;
 using frruci::vty::kNhrpdSocket;
 using frruci::vty::kZebraSocket;
-
-constexpr uint32_t kDelivered = 0;
-constexpr uint32_t kFailed = 1;
-constexpr uint32_t kNotConnected = 0xFFFFFFFF;
 
 constexpr const char *kEnable = "enable"; // in full on the NHRP side
 constexpr const char *kConfigure = "configure";
@@ -100,15 +100,14 @@ uint32_t frrVtyNhrpPrint(int32_t fd, const char *command) {
         return kFailed;
     }
     streamAnswer(fd);
-    return kDelivered;
+    return kSuccess;
 }
 
 uint32_t vtyNhrpPrint(const char *command, const char *socket_path) {
     frruci::vty::Session session(socket_path);
     if (!session.isOpen()) {
-        return kNotConnected;
+        return kNoConnection;
     }
-    const bool printed =
-        session.run(kEnable) && frrVtyNhrpPrint(session.fd(), command) == kDelivered;
-    return printed ? kDelivered : kFailed;
+    const bool printed = session.run(kEnable) && frrVtyNhrpPrint(session.fd(), command) == kSuccess;
+    return printed ? kSuccess : kFailed;
 }

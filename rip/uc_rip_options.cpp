@@ -21,12 +21,13 @@ using frruci::common::Locked;
 constexpr Range kVersionRange = {0, 3};
 constexpr Range kAuthTypeRange = {0, 2};
 
-template <auto kField, typename Record> uint32_t load(Record *record, void *value) {
+template <auto kField, typename Record> uint32_t loadField(Record *record, void *value) {
     *static_cast<uint32_t *>(value) = record->*kField;
     return kSuccess;
 }
 
-template <auto kField, Range kRange, typename Record> uint32_t store(Record *record, void *value) {
+template <auto kField, Range kRange, typename Record>
+uint32_t storeField(Record *record, void *value) {
     const uint32_t wanted = *static_cast<const uint32_t *>(value);
     if (!kRange.holds(wanted)) {
         return kFailed;
@@ -54,19 +55,19 @@ uint32_t storeAuthText(RipInterfaceNode *record, void *value) {
 }
 
 template <auto kField> uint32_t readInstance(const char *vrfName, uint32_t *out) {
-    return ucRipGlobalOption(vrfName, load<kField>, out);
+    return ucRipGlobalOption(vrfName, loadField<kField>, out);
 }
 
 template <auto kField, Range kRange> uint32_t writeInstance(const char *vrfName, uint32_t value) {
-    return ucRipGlobalOption(vrfName, store<kField, kRange>, &value);
+    return ucRipGlobalOption(vrfName, storeField<kField, kRange>, &value);
 }
 
 template <auto kField> uint32_t readInterface(RipNetIf key, uint32_t *out) {
-    return ucRipIfOption(key, load<kField>, out);
+    return ucRipIfOption(key, loadField<kField>, out);
 }
 
 template <auto kField, Range kRange> uint32_t writeInterface(RipNetIf key, uint32_t value) {
-    return ucRipIfOption(key, store<kField, kRange>, &value);
+    return ucRipIfOption(key, storeField<kField, kRange>, &value);
 }
 
 } // namespace
