@@ -9,6 +9,7 @@
 
 #include "common/front_end.h"
 #include "common/outside.h"
+#include "common/store_commit.h"
 #include "common/text.h"
 #include "common/uci_option.h"
 #include "frruci/observe.h"
@@ -16,6 +17,10 @@
 namespace {
 
 using frruci::common::equals;
+using frruci::common::PendingLine;
+using frruci::common::ReadLock;
+using frruci::common::releaseLocks;
+using frruci::common::saveAndCommit;
 using frruci::outside::happened;
 using frruci::outside::happens;
 using frruci::outside::rehearsed;
@@ -66,15 +71,43 @@ const char *textOf(uci_context *context, uci_package *package, const char *secti
     return frruci::common::optionText(context, found, named(option));
 }
 
+/// Null without memory. libuci makes a context that ignores pending changes when memory runs out in
+/// the middle: a change saved with it would not be committed.
+uci_context *newContext() {
+    uci_context *context = uci_alloc_context();
+    if (context != nullptr && context->delta_path.next == &context->delta_path) {
+        uci_free_context(context);
+        context = nullptr;
+    }
+    return context;
+}
+
+/// The code of a call of libuci; one that ran out of memory may have kept its locks.
+int32_t checked(int32_t code, const char *package) {
+    if (code == kOutOfMemory) {
+        releaseLocks(package);
+    }
+    return code;
+}
+
+int32_t load(uci_context *context, const char *package, uci_package **loaded) {
+    const ReadLock lock(package);
+    return checked(uci_load(context, package, loaded), package);
+}
+
+int32_t setInMemory(uci_context *context, uci_ptr &target) {
+    const ReadLock lock(target.package);
+    return checked(uci_set(context, &target), target.package);
+}
+
 int32_t setAndCommit(uci_context *context, uci_ptr &target) {
-    int32_t result = uci_set(context, &target);
-    if (result == UCI_OK) {
-        result = uci_save(context, target.p);
+    const int32_t result = setInMemory(context, target);
+    if (result != UCI_OK) {
+        return result;
     }
-    if (result == UCI_OK) {
-        result = uci_commit(context, &target.p, false);
-    }
-    return result;
+    const std::size_t mark = *target.value == '\0' ? 1 : 0; // a removal has one
+    const PendingLine line = {mark, target.section, target.option, target.value};
+    return checked(saveAndCommit(context, target.p, line, false), target.package);
 }
 
 /// A commit that cannot read the file anew has released the package and not said so.
@@ -96,7 +129,7 @@ int32_t runStep(const InitStep &step) {
 
 int32_t frr_uci_set(const char *package, const char *section, const char *option,
                     const char *value) {
-    uci_context *context = uci_alloc_context();
+    uci_context *context = newContext();
     if (context == nullptr) {
         return kOutOfMemory;
     }
@@ -117,12 +150,12 @@ int32_t frr_uci_get(const char *package, const char *section, const char *option
     if (out != nullptr) {
         std::fill_n(out, out_size, '\0');
     }
-    uci_context *context = uci_alloc_context();
+    uci_context *context = newContext();
     if (context == nullptr) {
         return kOutOfMemory;
     }
     uci_package *loaded = nullptr;
-    int32_t result = uci_load(context, named(package), &loaded);
+    int32_t result = load(context, named(package), &loaded);
     if (result == UCI_OK) {
         const char *text = textOf(context, loaded, section, option);
         if (text == nullptr) {
@@ -143,12 +176,12 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     if (!happens(FRRUCI_STORE, named(package), type, -1, 0, name)) {
         return rehearsed();
     }
-    uci_context *context = uci_alloc_context();
+    uci_context *context = newContext();
     if (context == nullptr) {
         return happened(kOutOfMemory);
     }
     uci_package *loaded = nullptr;
-    (void)uci_load(context, named(package), &loaded); // every reason counts as not found below
+    (void)load(context, named(package), &loaded); // every reason counts as not found below
     if (loaded == nullptr) {
         record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", kLoadFailedLine, 1, named(package));
         uci_free_context(context);
@@ -165,8 +198,8 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     }
     // Fixed by the interface: failures to store are not reported; the result tells whether a
     // section was made.
-    (void)uci_save(context, loaded);
-    (void)uci_commit(context, &loaded, false);
+    const PendingLine line = {1, section == nullptr ? "" : section->e.name, nullptr, type};
+    (void)checked(saveAndCommit(context, loaded, line, true), named(package));
     if (isLoaded(context, loaded)) {
         (void)uci_unload(context, loaded);
     }
@@ -176,9 +209,9 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
 
 void frr_uci_foreach_section(const char *package, const char *type,
                              frr_uci_section_visitor visitor) {
-    uci_context *context = uci_alloc_context();
+    uci_context *context = newContext();
     uci_package *loaded = nullptr;
-    (void)uci_load(context, named(package), &loaded); // without a package nothing is visited
+    (void)load(context, named(package), &loaded); // without a package nothing is visited
     if (loaded != nullptr) {
         const uci_list *const end = &loaded->sections;
         for (uci_list *node = loaded->sections.next; node != end; node = node->next) {

@@ -27,8 +27,10 @@ typedef int32_t (*frr_uci_section_visitor)(struct uci_context *ctx, struct uci_s
  * value that libuci's pending changes cannot carry (letters, digits and underscore in names, no
  * control characters in values) gives 0 and is not stored, except in a package named by path.
  * Result: 0 stored; 1 no context or memory; 2 the section is missing, or package or value is null;
- * 3 no such package; 4 the file cannot be opened, locked or written; 5 the file is malformed, it is
- * left as it is. After a result other than 0 from the commit the change may stay pending. */
+ * 3 no such package; 4 the file cannot be opened, locked or written as a whole, nor the pending
+ * change; 5 the file is malformed. With any result the file is the old one or the whole new one,
+ * and what was pending is in the file or still pending. After a result other than 0 the change
+ * itself may be pending by name: the next commit of that package stores it. */
 int32_t frr_uci_set(const char *package, const char *section, const char *option,
                     const char *value);
 

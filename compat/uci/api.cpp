@@ -105,9 +105,8 @@ int readFile(uci_context *context, const Source &source, const LockedFile &file,
 
 /// Applies the saved deltas in memory; on failure the package is gone.
 int showPending(uci_package *&package) {
-    LockedFile deltas;
     int applied = 0;
-    const int code = applySavedDeltas(package, deltas, O_RDONLY, LOCK_SH, applied);
+    const int code = applySavedDeltas(package, nullptr, applied);
     if (code == UCI_ERR_MEM) {
         freePackage(package);
         package = nullptr;
@@ -162,12 +161,12 @@ int reload(uci_package *&package, const LockedFile &file) {
 int mergeDeltas(uci_package *package, const LockedFile &file) {
     LockedFile deltas;
     int applied = 0;
-    int code = applySavedDeltas(package, deltas, O_RDWR, LOCK_EX, applied);
+    int code = applySavedDeltas(package, &deltas, applied);
     if (code != UCI_OK || applied == 0) {
         return code;
     }
     code = writeFile(package, file);
-    return code == UCI_OK ? deltas.truncate(0) : code;
+    return code == UCI_OK && deltas.isOpen() ? deltas.truncate(0) : code;
 }
 
 int commit(uci_package *&package, bool overwrite) {
@@ -251,6 +250,12 @@ uci_context *uci_alloc_context(void) {
     initList(context->root);
     initList(context->backends);
     initList(context->delta_path);
+    uci_element *folder = newElement(UCI_TYPE_PATH, deltaFolder);
+    if (folder == nullptr) {
+        free(context);
+        return nullptr;
+    }
+    insertBefore(context->delta_path, folder->list);
     context->flags = static_cast<uci_flags>(UCI_FLAG_STRICT | UCI_FLAG_SAVED_DELTA);
     context->confdir = configFolder;
     context->savedir = deltaFolder;
@@ -263,6 +268,7 @@ void uci_free_context(uci_context *ctx) {
         return;
     }
     drain(ctx->root, [](uci_list *entry) { freePackage(packageOf(elementOf(entry))); });
+    drain(ctx->delta_path, [](uci_list *entry) { freeElement(elementOf(entry)); });
     free(ctx);
 }
 

@@ -55,24 +55,15 @@ int makeFolder(const uci_context *context) {
     return stat(context->savedir, &status) == 0 && S_ISDIR(status.st_mode) ? UCI_OK : UCI_ERR_IO;
 }
 
-void makePath(Text &path, const uci_package *package) {
-    path.append(package->ctx->savedir);
+void makePath(Text &path, const char *folder, const uci_package *package) {
+    path.append(folder);
     path.append('/');
     path.append(package->e.name);
 }
 
-void makeLines(Text &lines, uci_package *package) {
-    const uci_list *const deltas = &package->delta;
-    for (uci_list *entry = deltas->next; entry != deltas; entry = entry->next) {
-        const auto *delta = reinterpret_cast<Delta *>(entry);
-        appendDeltaLine(
-            lines, {delta->change, package->e.name, delta->e.name, delta->option, delta->value});
-    }
-}
-
 int appendToFile(const uci_package *package, const Text &lines) {
     Text path;
-    makePath(path, package);
+    makePath(path, package->ctx->savedir, package);
     if (path.failed() || lines.failed()) {
         return UCI_ERR_MEM;
     }
@@ -85,7 +76,33 @@ int appendToFile(const uci_package *package, const Text &lines) {
     return file.append(lines);
 }
 
+/// Applies the deltas of one folder; none when there is no file.
+int applyFile(uci_package *package, const char *folder, LockedFile &file, int flags, int lock,
+              int &applied) {
+    Text path;
+    makePath(path, folder, package);
+    if (path.failed()) {
+        return UCI_ERR_MEM;
+    }
+    int code = file.open(path.data(), flags, kFileMode, lock);
+    if (code != UCI_OK) {
+        return code == UCI_ERR_NOTFOUND ? UCI_OK : code;
+    }
+    Text lines;
+    code = file.read(lines);
+    return code == UCI_OK ? applyDeltas(package, lines.data(), lines.size(), applied) : code;
+}
+
 } // namespace
+
+void makeLines(Text &lines, uci_package *package) {
+    const uci_list *const deltas = &package->delta;
+    for (uci_list *entry = deltas->next; entry != deltas; entry = entry->next) {
+        const auto *delta = reinterpret_cast<Delta *>(entry);
+        appendDeltaLine(
+            lines, {delta->change, package->e.name, delta->e.name, delta->option, delta->value});
+    }
+}
 
 int recordDelta(uci_package *package, Change change, const char *section, const char *option,
                 const char *value) {
@@ -124,20 +141,20 @@ int saveDeltas(uci_package *package) {
     return code;
 }
 
-int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock, int &applied) {
+int applySavedDeltas(uci_package *package, LockedFile *dropped, int &applied) {
+    const uci_list &folders = package->ctx->delta_path;
     applied = 0;
-    Text path;
-    makePath(path, package);
-    if (path.failed()) {
-        return UCI_ERR_MEM;
+    for (uci_list *entry = folders.next; entry != &folders; entry = entry->next) {
+        const char *folder = elementOf(entry)->name;
+        const bool drops = dropped != nullptr && strcmp(folder, package->ctx->savedir) == 0;
+        LockedFile read;
+        const int code = drops ? applyFile(package, folder, *dropped, O_RDWR, LOCK_EX, applied)
+                               : applyFile(package, folder, read, O_RDONLY, LOCK_SH, applied);
+        if (code != UCI_OK) {
+            return code;
+        }
     }
-    int code = file.open(path.data(), flags, kFileMode, lock);
-    if (code != UCI_OK) {
-        return code == UCI_ERR_NOTFOUND ? UCI_OK : code;
-    }
-    Text lines;
-    code = file.read(lines);
-    return code == UCI_OK ? applyDeltas(package, lines.data(), lines.size(), applied) : code;
+    return UCI_OK;
 }
 
 } // namespace frruci::uci

@@ -15,14 +15,18 @@ int recordDelta(uci_package *package, Change change, const char *section, const 
                 const char *value);
 void forgetDeltas(uci_package *package);
 
+/// The recorded deltas as lines of a delta file.
+void makeLines(Text &lines, uci_package *package);
+
 /// Appends the recorded deltas to the package's delta file and forgets them.
 int saveDeltas(uci_package *package);
 
-/// Opens the package's delta file into file (flags and lock as LockedFile::open) and applies its
-/// lines; applied tells how many could be. A missing file counts as empty.
-int applySavedDeltas(uci_package *package, LockedFile &file, int flags, int lock, int &applied);
+/// Applies the lines of the package's delta files, one in each folder of the context, and counts
+/// in applied how many could be. A missing file counts as empty. The file that saveDeltas appends
+/// to is opened and locked in dropped, when that is not null, and stays so.
+int applySavedDeltas(uci_package *package, LockedFile *dropped, int &applied);
 
-/// Applies the lines of a delta file's text, skipping bad ones; applied tells how many were not.
+/// Applies the lines of a delta file's text, skipping bad ones; adds to applied how many were not.
 /// Only memory can fail it: UCI_ERR_MEM.
 int applyDeltas(uci_package *package, const char *text, std::size_t length, int &applied);
 

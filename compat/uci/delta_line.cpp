@@ -209,7 +209,6 @@ int applyDeltas(uci_package *package, const char *text, std::size_t length, int 
     Words words(text, length);
     Text line;
     Text extra;
-    applied = 0;
     while (words.skipToCommand()) {
         const char *start = words.position();
         const bool whole = words.next(line) == Token::Word && words.next(extra) == Token::LineEnd;

@@ -41,14 +41,9 @@ void makeUpName(char (&name)[32], int count, const char *type) {
     (void)snprintf(name, sizeof name, "cfg%02x%04x", static_cast<unsigned>(count), hash & 0xffffU);
 }
 
-void freeItem(uci_element *item) {
-    free(item->name);
-    free(item);
-}
-
 void freeValue(uci_option *option) {
     if (option->type == UCI_TYPE_LIST) {
-        drain(option->v.list, [](uci_list *item) { freeItem(elementOf(item)); });
+        drain(option->v.list, [](uci_list *item) { freeElement(elementOf(item)); });
     } else {
         free(option->v.string);
     }
@@ -69,22 +64,8 @@ void releaseSection(uci_section *section) {
     free(section);
 }
 
-uci_element *newItem(const char *text) {
-    auto *item = static_cast<uci_element *>(calloc(1, sizeof(uci_element)));
-    if (item == nullptr) {
-        return nullptr;
-    }
-    item->type = UCI_TYPE_ITEM;
-    item->name = strdup(text);
-    if (item->name == nullptr) {
-        free(item);
-        return nullptr;
-    }
-    return item;
-}
-
 int toList(uci_option *option) {
-    uci_element *first = newItem(option->v.string);
+    uci_element *first = newElement(UCI_TYPE_ITEM, option->v.string);
     if (first == nullptr) {
         return UCI_ERR_MEM;
     }
@@ -147,6 +128,25 @@ bool isWord(const char *text) {
         ++at;
     }
     return at != text && *at == '\0';
+}
+
+uci_element *newElement(uci_type type, const char *name) {
+    auto *element = static_cast<uci_element *>(calloc(1, sizeof(uci_element)));
+    if (element == nullptr) {
+        return nullptr;
+    }
+    element->type = type;
+    element->name = strdup(name);
+    if (element->name == nullptr) {
+        free(element);
+        return nullptr;
+    }
+    return element;
+}
+
+void freeElement(uci_element *element) {
+    free(element->name);
+    free(element);
 }
 
 uci_package *newPackage(uci_context *context, const char *name, const char *path) {
@@ -261,7 +261,7 @@ int appendItem(uci_option *option, const char *value) {
     if (option->type == UCI_TYPE_STRING && toList(option) != UCI_OK) {
         return UCI_ERR_MEM;
     }
-    uci_element *item = newItem(value);
+    uci_element *item = newElement(UCI_TYPE_ITEM, value);
     if (item == nullptr) {
         return UCI_ERR_MEM;
     }
@@ -276,7 +276,7 @@ void removeItems(uci_option *option, const char *value) {
         entry = entry->next;
         if (strcmp(item->name, value) == 0) {
             unlinkEntry(item->list);
-            freeItem(item);
+            freeElement(item);
         }
     }
 }

@@ -50,6 +50,10 @@ bool isWord(const char *text);
 
 // Functions that return a record give null without memory; those that return int a UCI_ERR code.
 
+/// An element of its own: an item of a list, or a folder.
+uci_element *newElement(uci_type type, const char *name);
+void freeElement(uci_element *element);
+
 /// A package that is not yet in its context's list.
 uci_package *newPackage(uci_context *context, const char *name, const char *path);
 /// Takes it out of its context's list and frees it with all that is in it.

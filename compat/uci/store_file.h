@@ -27,6 +27,7 @@ public:
     /// Appends all of lines, or nothing; on a line of their own, even behind an unfinished one.
     int append(const Text &lines) const;
     int truncate(off_t size) const;
+    bool isOpen() const { return descriptor_ >= 0; }
     mode_t mode() const;
 
 private:

@@ -18,6 +18,7 @@ struct Calls {
     std::map<uci_context *, int> contexts;
     int made = 0;
     bool watching = false;
+    int depth = 0; // libuci calls some of its functions itself; those calls are its own matter
     bool commitLosesPackage = false; // as when the file cannot be read anew
     std::string savedName;           // of the last section, when it is saved
 };
@@ -33,7 +34,7 @@ std::string text(const char *text) {
 
 /// One line of the trace: the function, its context by number, and its arguments.
 void record(const std::string &function, uci_context *context, const std::string &arguments) {
-    if (!calls->watching) {
+    if (!calls->watching || calls->depth > 0) {
         return;
     }
     const auto known = calls->contexts.find(context);
@@ -45,7 +46,22 @@ void record(const std::string &function, uci_context *context, const std::string
 
 int failure(const char *function) {
     const auto found = calls->failures.find(function);
-    return !calls->watching || found == calls->failures.end() ? 0 : found->second;
+    const bool ours = calls->watching && calls->depth == 0;
+    return !ours || found == calls->failures.end() ? 0 : found->second;
+}
+
+/// Calls the libuci that would have been called. Inside, libuci may jump over calls of its own.
+template <class Function, class... Arguments>
+auto forward(const char *name, Function *type, Arguments... arguments) {
+    const int depth = calls->depth++;
+    if constexpr (std::is_void_v<decltype(next(name, type)(arguments...))>) {
+        next(name, type)(arguments...);
+        calls->depth = depth;
+    } else {
+        const auto result = next(name, type)(arguments...);
+        calls->depth = depth;
+        return result;
+    }
 }
 
 } // namespace
@@ -58,8 +74,8 @@ uci_context *uci_alloc_context(void) {
         record("alloc", nullptr, "");
         return nullptr;
     }
-    uci_context *context = next("uci_alloc_context", &uci_alloc_context)();
-    if (calls->watching) {
+    uci_context *context = forward("uci_alloc_context", &uci_alloc_context);
+    if (calls->watching && calls->depth == 0) {
         calls->contexts[context] = ++calls->made;
     }
     record("alloc", context, "");
@@ -69,23 +85,23 @@ uci_context *uci_alloc_context(void) {
 void uci_free_context(uci_context *ctx) {
     record("free", ctx, "");
     calls->contexts.erase(ctx);
-    next("uci_free_context", &uci_free_context)(ctx);
+    forward("uci_free_context", &uci_free_context, ctx);
 }
 
 int uci_load(uci_context *ctx, const char *name, uci_package **package) {
     record("load", ctx, text(name) + (*package == nullptr ? "" : " (not null)"));
     const int code = failure("load");
-    return code != 0 ? code : next("uci_load", &uci_load)(ctx, name, package);
+    return code != 0 ? code : forward("uci_load", &uci_load, ctx, name, package);
 }
 
 int uci_unload(uci_context *ctx, uci_package *package) {
     record("unload", ctx, package == nullptr ? "null" : package->e.name);
-    return next("uci_unload", &uci_unload)(ctx, package);
+    return forward("uci_unload", &uci_unload, ctx, package);
 }
 
 int uci_lookup_next(uci_context *ctx, uci_element **e, uci_list *list, const char *name) {
     record("lookup", ctx, text(name));
-    return next("uci_lookup_next", &uci_lookup_next)(ctx, e, list, name);
+    return forward("uci_lookup_next", &uci_lookup_next, ctx, e, list, name);
 }
 
 int uci_set(uci_context *ctx, uci_ptr *ptr) {
@@ -95,7 +111,7 @@ int uci_set(uci_context *ctx, uci_ptr *ptr) {
            text(ptr->package) + "." + text(ptr->section) + "." + text(ptr->option) + "=" +
                text(ptr->value) + (namesOnly ? "" : " (not only names)"));
     const int code = failure("set");
-    return code != 0 ? code : next("uci_set", &uci_set)(ctx, ptr);
+    return code != 0 ? code : forward("uci_set", &uci_set, ctx, ptr);
 }
 
 int uci_add_section(uci_context *ctx, uci_package *package, const char *type,
@@ -103,26 +119,26 @@ int uci_add_section(uci_context *ctx, uci_package *package, const char *type,
     record("add", ctx, text(package->e.name) + " " + text(type));
     const int code = failure("add");
     return code != 0 ? code
-                     : next("uci_add_section", &uci_add_section)(ctx, package, type, section);
+                     : forward("uci_add_section", &uci_add_section, ctx, package, type, section);
 }
 
 int uci_save(uci_context *ctx, uci_package *package) {
     record("save", ctx, package->e.name);
-    if (calls->watching && package->sections.prev != &package->sections) {
+    if (calls->watching && calls->depth == 0 && package->sections.prev != &package->sections) {
         calls->savedName = reinterpret_cast<uci_section *>(package->sections.prev)->e.name;
     }
     const int code = failure("save");
-    return code != 0 ? code : next("uci_save", &uci_save)(ctx, package);
+    return code != 0 ? code : forward("uci_save", &uci_save, ctx, package);
 }
 
 int uci_commit(uci_context *ctx, uci_package **package, bool overwrite) {
     record("commit", ctx, std::string((*package)->e.name) + (overwrite ? " overwrite" : ""));
     if (calls->watching && calls->commitLosesPackage) {
-        (void)next("uci_unload", &uci_unload)(ctx, *package);
+        (void)forward("uci_unload", &uci_unload, ctx, *package);
         return UCI_ERR_PARSE; // the caller's pointer stays, to what is gone
     }
     const int code = failure("commit");
-    return code != 0 ? code : next("uci_commit", &uci_commit)(ctx, package, overwrite);
+    return code != 0 ? code : forward("uci_commit", &uci_commit, ctx, package, overwrite);
 }
 }
 #pragma GCC visibility pop
