@@ -30,17 +30,20 @@ int32_t frrVtyDisconnect(int32_t fd);
 /* Logs cmd, sends it and takes its answer in one receive of at most reply_size bytes. For
  * configuration commands, whose answers are short. Output text is printed to standard output.
  * reply: the caller's buffer of reply_size bytes (512 by convention, at least 4), zeroed once
- * before a sequence of exchanges. out_code gets the completion code whenever one was read. Result:
- * 0 success; 1 fd below 1, a null buffer or reply_size below 4, or the daemon's warning; -1 the
- * send failed, fewer than 4 bytes came, the code lies outside the buffer, or the code is 2 or 3;
- * any other completion code as it is. */
+ * before a sequence of exchanges. out_code gets the completion code whenever one was read.
+ * Result:
+ *   0       success
+ *   1       fd below 1, a null buffer or reply_size below 4; or the daemon's warning
+ *   -1      the send failed, fewer than 4 bytes came, the code lies outside the buffer, or is 2 or 3
+ *   others  the completion code as it is */
 int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, int32_t reply_size);
 
 /* Sends a "show" command and streams its output: each line is printed and, ending in CR LF, handed
  * to the line handler that mode chooses: 0 handle_rip_show_interface, 1 handle_ospf_show (which
  * gets show_kind and show_arg), others none. Reads until the end marker comes, also past an end of
- * stream. Result: 0 success; 1 fd below 1, out_code null, send failed, code byte lost, or code 1, 2
- * or 3; any other completion code as it is. */
+ * stream.
+ * Result: 0 success; 1 fd below 1, out_code null, send failed, code byte lost, or code 1, 2 or 3;
+ * any other completion code as it is. */
 int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t show_kind,
                     uint32_t show_arg, int32_t mode);
 

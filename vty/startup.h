@@ -17,8 +17,8 @@ int32_t frr_process_init(void);
 /* Makes the view registry and registers the standard views: enable_view, configure_view,
  * interface_view (eth1.<vid>), interface_v_view (eth0.<vid>), keychain_keyid_keystr_view
  * (<keychain> and <keyid>). A second call starts over with a new registry. The first view that
- * cannot be registered ends it with a message on standard output. Result: 0 all registered; else
- * the result of that registration. */
+ * cannot be registered ends it with a message on standard output.
+ * Result: 0 all registered; else the result of that registration. */
 int32_t frrVtyInit(void);
 
 FRRUCI_C_END

@@ -78,18 +78,18 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out);
  * list; a placeholder that stands there twice therefore fails. Logs the view and its entry text.
  * holder may be null for a view without placeholders.
  * Result: 0 expanded, also when the text was cut at max_len; 1 view_name or out is null, the view
- * is not registered or its name is longer than 31 characters, a bracket has no partner in front or
- * stands inside a placeholder, a placeholder's name is longer than 31 characters, or its parameter
- * is missing or empty. */
+ * is not registered or its name is longer than 31 characters, a closing bracket stands outside a
+ * placeholder or an opening one inside, a placeholder's name is longer than 31 characters, or its
+ * parameter is missing or empty. */
 int32_t frrVtyFPreCmdParse(const char *view_name, dlist **holder, int32_t max_len, char *out);
 
 /* Connects to the daemon at socket_path, expands the view and sends its commands in order and then
  * cmd, each with frrVtyRun and only after the one before it succeeded. reply: the caller's buffer
  * of reply_size bytes (512 by convention), zeroed. holder may be null. The list is finished in
  * every case and must not be used afterwards. The session is closed after success only: after a
- * failed expansion or command its descriptor stays open. Result: 0 success; 1 view_name,
- * socket_path, cmd or reply is null, no connection, or the expansion failed; else the first result
- * of frrVtyRun that is not 0. */
+ * failed expansion or command its descriptor stays open.
+ * Result: 0 success; 1 view_name, socket_path, cmd or reply is null, no connection, or the expansion
+ * failed; else the first result of frrVtyRun that is not 0. */
 int32_t frrVtyAutoRun(const char *view_name, const char *socket_path, const char *cmd,
                       dlist **holder, int32_t reply_size, char *reply);
 
