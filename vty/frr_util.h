@@ -34,7 +34,7 @@ int32_t frrVtyDisconnect(int32_t fd);
  * Result:
  *   0       success
  *   1       fd below 1, a null buffer or reply_size below 4; or the daemon's warning
- *   -1      the send failed, fewer than 4 bytes came, the code lies outside the buffer, or is 2 or 3
+ *   -1      the send failed, fewer than 4 bytes came, the code lies outside the buffer or is 2 or 3
  *   others  the completion code as it is */
 int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, int32_t reply_size);
 

@@ -3,6 +3,8 @@
 
 #include "vty/show_lines.h"
 
+#include <iterator>
+
 #include "ospf/frr_ospf.h"
 #include "rip/frr_rip.h"
 
@@ -12,7 +14,7 @@ namespace {
 
 using LineHandler = void (*)(char *line, uint32_t kind, uint32_t argument);
 
-void ripLine(char *line, uint32_t, uint32_t) {
+void ripLine(char *line, uint32_t /*kind*/, uint32_t /*argument*/) {
     handle_rip_show_interface(line);
 }
 
@@ -21,7 +23,7 @@ constexpr LineHandler kLineHandlers[] = {ripLine, handle_ospf_show}; // by mode
 } // namespace
 
 void handleLine(char *line, uint32_t kind, uint32_t argument, int32_t mode) {
-    if (mode >= 0 && mode < static_cast<int32_t>(sizeof kLineHandlers / sizeof *kLineHandlers)) {
+    if (mode >= 0 && mode < std::ssize(kLineHandlers)) {
         kLineHandlers[mode](line, kind, argument);
     }
 }

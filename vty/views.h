@@ -88,8 +88,8 @@ int32_t frrVtyFPreCmdParse(const char *view_name, dlist **holder, int32_t max_le
  * of reply_size bytes (512 by convention), zeroed. holder may be null. The list is finished in
  * every case and must not be used afterwards. The session is closed after success only: after a
  * failed expansion or command its descriptor stays open.
- * Result: 0 success; 1 view_name, socket_path, cmd or reply is null, no connection, or the expansion
- * failed; else the first result of frrVtyRun that is not 0. */
+ * Result: 0 success; 1 view_name, socket_path, cmd or reply is null, no connection, or the
+ * expansion failed; else the first result of frrVtyRun that is not 0. */
 int32_t frrVtyAutoRun(const char *view_name, const char *socket_path, const char *cmd,
                       dlist **holder, int32_t reply_size, char *reply);
 
