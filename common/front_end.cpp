@@ -144,9 +144,8 @@ int32_t writePipe(const char *text, const char *path) {
         return pipe;
     }
     const PipeSignalHeld held;
-    if (write(pipe, text, strlen(text)) < 0) {
-        // The reader went away: there is nobody left to tell.
-    }
+    const ssize_t written = write(pipe, text, strlen(text));
+    (void)written; // when the reader went away there is nobody left to tell
     return close(pipe);
 }
 

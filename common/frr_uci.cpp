@@ -201,7 +201,7 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     const PendingLine line = {1, section == nullptr ? "" : section->e.name, nullptr, type};
     (void)checked(saveAndCommit(context, loaded, line, true), named(package));
     if (isLoaded(context, loaded)) {
-        (void)uci_unload(context, loaded);
+        (void)uci_unload(context, loaded); // fails for a null package only
     }
     uci_free_context(context);
     return happened(result);
@@ -220,7 +220,7 @@ void frr_uci_foreach_section(const char *package, const char *type,
                 (void)visitor(context, section); // no meaning here
             }
         }
-        (void)uci_unload(context, loaded);
+        (void)uci_unload(context, loaded); // fails for a null package only
     }
     if (context != nullptr) {
         uci_free_context(context);

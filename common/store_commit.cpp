@@ -88,7 +88,7 @@ std::size_t lengthOf(const PendingLine &line, const char *package) {
     return length + strlen("\n");
 }
 
-template <class Record, class Length>
+template <typename Record, typename Length>
 std::size_t sumOf(const uci_list &head, const Length &length) {
     std::size_t sum = 0;
     for (const uci_list *entry = head.next; entry != &head; entry = entry->next) {
@@ -191,7 +191,7 @@ int32_t replaceAndForget(const Files &files, int text) {
 // ---- libuci's part ----
 
 /// Newer libucis write a package of their second folder there.
-template <class Package> void useFirstFolder(Package &package) {
+template <typename Package> void useFirstFolder(Package &package) {
     if constexpr (requires { package.uses_conf2; }) {
         package.uses_conf2 = false;
     }
