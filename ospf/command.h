@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// What the OSPF commands share: their text, the two instances, and recording what was accepted.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* What the OSPF commands share: their text, the two instances, and recording what was accepted. */
 #ifndef FRRUCI_OSPF_COMMAND_H
 #define FRRUCI_OSPF_COMMAND_H
 

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// The place of a number or key in a record of the model, so that tables can name it.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The place of a number or key in a record of the model, so that tables can name it. */
 #ifndef FRRUCI_OSPF_FIELD_H
 #define FRRUCI_OSPF_FIELD_H
 

@@ -80,10 +80,10 @@ void setByKeyword(const Interface &interface, const Words &words) {
 }
 
 void switchOff() {
-    (void)process_exist("ospfd", kKill);
+    (void)process_exist("ospfd", kKill); // however many there are
     // Fixed by the interface: only ripd is asked for, so a running nhrpd does not keep zebra.
     if (process_exist("ripd", kFind) == 0) {
-        (void)process_exist("zebra", kKill);
+        (void)process_exist("zebra", kKill); // however many there are
     }
 }
 

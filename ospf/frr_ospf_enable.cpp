@@ -45,7 +45,8 @@ int32_t sendLink(uint16_t processId, const LinkEnd &end, uint32_t areaId, uint32
     const auto result = static_cast<int32_t>(swOspfNetwork(
         processId, end.address, kLinkMask, areaId, set, static_cast<uint32_t>(selector)));
     if (result != 0) {
-        (void)printf("%s ospf network %s failed.\n", set == kSet ? "Set" : "Reset", end.interface);
+        (void)printf("%s ospf network %s failed.\n", set == kSet ? "Set" : "Reset",
+                     end.interface); // for whoever reads it
     }
     return result;
 }

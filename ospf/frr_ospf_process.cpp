@@ -38,7 +38,7 @@ int32_t process_exist(const char *name, int32_t kill_flag) {
         return 0;
     }
     if (check_safe_string(name) == 0) {
-        (void)puts("process_exist 225: check safe string failed!");
+        (void)puts("process_exist 225: check safe string failed!"); // for whoever reads it
         return 0;
     }
     char command[128];
@@ -54,7 +54,7 @@ int32_t process_exist(const char *name, int32_t kill_flag) {
         ++count;
         (void)record_log_act("frr_ospf:%d: popen %s\n", 215, line);
         if (kill_flag != 0) {
-            (void)kill_process(line);
+            (void)kill_process(line); // has no result
         }
     }
     frruci::outside::closeListing(listing);

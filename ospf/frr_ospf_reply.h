@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// How the handlers and the display answer the front-end and report failures.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* How the handlers and the display answer the front-end and report failures. */
 #ifndef FRRUCI_OSPF_FRR_OSPF_REPLY_H
 #define FRRUCI_OSPF_FRR_OSPF_REPLY_H
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: Apache-2.0
 // The report of the whole OSPF model on standard output.
 
+#include <array>
 #include <cstddef>
 #include <cstring>
 #include <span>
@@ -160,10 +161,14 @@ Labels labelsOf(Show show) {
 constexpr std::size_t kLineBytes = 256;
 constexpr std::size_t kTextBytes = 32; // the longest key and its NUL
 
+void print(const char *text) {
+    (void)fputs(text, stdout); // where standard output is closed nobody reads the report
+}
+
 void printText(const char *label, const char *text) {
     char line[kLineBytes];
     format(line, " %-30s - %s\r\n", label, text);
-    (void)fputs(line, stdout); // where standard output is closed nobody reads the report
+    print(line);
 }
 
 void printLabel(const char *label, Show show, uint32_t number) {
@@ -222,7 +227,7 @@ void printRecord(const OspfRedistributeCfg &redistribution) {
 
 template <typename Record>
 void printList(const char *heading, const OspfProcessCfg &process, ListOf<Record> list) {
-    (void)fputs(heading, stdout);
+    print(heading);
     const dlist *records = readableList(process.*list.handle);
     for (const dlist_node *node = records == nullptr ? nullptr : records->head; node != nullptr;
          node = node->next) {
@@ -233,12 +238,14 @@ void printList(const char *heading, const OspfProcessCfg &process, ListOf<Record
 template <std::size_t N>
 void printGroup(const Row<OspfProcessCfg> (&rows)[N], const OspfProcessCfg &process) {
     printRows(rows, process);
-    (void)fputs("\n\n", stdout);
+    print("\n\n");
 }
 
 void printProcess(const OspfProcessCfg &process) {
-    (void)printf("*****************Routing Protocol is ospf %d  *****************\n\n",
-                 process.processId);
+    char heading[kLineBytes];
+    format(heading, "*****************Routing Protocol is ospf %d  *****************\n\n",
+           process.processId);
+    print(heading);
     if (process.routerIdSet == 1) {
         printRows(kRouterIdRows, process);
     }
@@ -262,8 +269,9 @@ void printProcesses(const OspfModelBlock &model) {
 }
 
 void printInterfaces(const OspfModelBlock &model) {
-    OspfInterfaceEntry entries[kEntries];
-    memcpy(entries, model.interface, sizeof entries);
+    std::array<OspfInterfaceEntry, kEntries> entries;
+    static_assert(sizeof entries == sizeof model.interface);
+    memcpy(entries.data(), model.interface, sizeof entries);
     for (const OspfInterfaceEntry &entry : entries) {
         if (entry.inUse == 1) {
             printRows(kInterfaceRows, entry);
@@ -274,15 +282,15 @@ void printInterfaces(const OspfModelBlock &model) {
 } // namespace
 
 void ucOspfShowConfig(void) {
-    (void)puts("OSPF Instance:\r");
+    print("OSPF Instance:\r\n");
     if (pucOspf != nullptr) {
         printProcesses(*pucOspf);
     }
-    (void)puts("OSPF Interface:\r");
+    print("OSPF Interface:\r\n");
     if (pucOspf != nullptr) {
         printInterfaces(*pucOspf);
     }
-    (void)puts("");
+    print("\n");
 }
 
 void swShowOspfConfig(void) {

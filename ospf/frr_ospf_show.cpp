@@ -62,7 +62,7 @@ Kind kindOf(const char *what) {
 
 uint32_t sendShow(const char *banner, const char *command, Kind kind, const Instance &pass,
                   int32_t mode) {
-    (void)puts(banner);
+    (void)puts(banner); // for whoever reads it
     return vtyPrint(command, frruci::vty::kOspfdSocket, kind, pass.selector, mode) == 0 ? kSuccess
                                                                                         : kFailed;
 }

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// What a handler uses of the display.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* What a handler uses of the display. */
 #ifndef FRRUCI_OSPF_FRR_OSPF_SHOW_H
 #define FRRUCI_OSPF_FRR_OSPF_SHOW_H
 

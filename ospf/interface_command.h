@@ -1,6 +1,6 @@
-// SPDX-License-Identifier: Apache-2.0
-// The texts of ospfd's interface settings, which are addressed by name (ip_ospf_*) or by VLAN
-// (swIpOspf*).
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The texts of ospfd's interface settings, which are addressed by name (ip_ospf_*) or by VLAN
+ * (swIpOspf*). */
 #ifndef FRRUCI_OSPF_INTERFACE_COMMAND_H
 #define FRRUCI_OSPF_INTERFACE_COMMAND_H
 

@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// Names for the numbers that the model's interface uses for keys, kinds and types.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Names for the numbers that the model's interface uses for keys, kinds and types. */
 #ifndef FRRUCI_OSPF_NUMBERS_H
 #define FRRUCI_OSPF_NUMBERS_H
 

@@ -1,6 +1,6 @@
-// SPDX-License-Identifier: Apache-2.0
-// The results of this room, which are unsigned. The numbers are the interface's: families differ in
-// which one says "not found".
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The results of this room, which are unsigned. The numbers are the interface's: families differ in
+ * which one says "not found". */
 #ifndef FRRUCI_OSPF_RESULTS_H
 #define FRRUCI_OSPF_RESULTS_H
 

@@ -28,14 +28,9 @@ using namespace frruci::ospf;
 constexpr uint8_t kEnabled = 1;
 
 /// In the order in which a reset renews them. Fixed by the interface: the virtual links come twice.
-constexpr ListHandle kResetOrder[] = {
-    kNetworks.handle,        //
-    kAreas.handle,           //
-    kAreaAggregates.handle,  //
-    kVirtualLinks.handle,    //
-    kRedistributions.handle, //
-    kVirtualLinks.handle,
-};
+constexpr ListHandle kResetOrder[] = {kNetworks.handle,        kAreas.handle,
+                                      kAreaAggregates.handle,  kVirtualLinks.handle,
+                                      kRedistributions.handle, kVirtualLinks.handle};
 
 void renewList(dlist *&list) {
     if (list != nullptr) {

@@ -1,6 +1,6 @@
-// SPDX-License-Identifier: Apache-2.0
-// The model block as its own routines see it: slots and entries that may be missing, and which list
-// holds which records.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* The model block as its own routines see it: slots and entries that may be missing, and which list
+ * holds which records. */
 #ifndef FRRUCI_OSPF_UC_OSPF_BLOCK_H
 #define FRRUCI_OSPF_UC_OSPF_BLOCK_H
 

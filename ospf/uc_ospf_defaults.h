@@ -1,5 +1,5 @@
-// SPDX-License-Identifier: Apache-2.0
-// What the records of the model hold before anything is set, and again when it is unset.
+/* SPDX-License-Identifier: Apache-2.0 */
+/* What the records of the model hold before anything is set, and again when it is unset. */
 #ifndef FRRUCI_OSPF_UC_OSPF_DEFAULTS_H
 #define FRRUCI_OSPF_UC_OSPF_DEFAULTS_H
 

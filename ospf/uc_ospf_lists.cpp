@@ -145,7 +145,7 @@ OspfRedistributeCfg *addRedistribution(dlist *list, OspfRedistSource source) {
     if (record == nullptr) {
         return nullptr;
     }
-    (void)ucOspfRedistributeInit(record);
+    *record = kRedistributeDefaults;
     record->source = source;
     record->set = kFlagSet;
     if (!prepend(list, record)) {
