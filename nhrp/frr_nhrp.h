@@ -8,9 +8,9 @@
  * option "interface" when there is none yet (nhrp_set_interface). Values are sent and stored as
  * they are: the daemon's refusal is the only check. docs/nhrp.md shows all of them as one table.
  *
- * For every builder: vrf is ignored. ifname is the tunnel interface. Result: 0 the daemon accepted
- * the command; 1 no connection, the context or the command failed, or a text is null (nothing is
- * stored or sent then). */
+ * For every builder: vrf is ignored. ifname is the tunnel interface.
+ * Result: 0 the daemon accepted the command; 1 no connection, the context or the command failed, or
+ * a text is null (nothing is stored or sent then). */
 #ifndef FRRUCI_NHRP_FRR_NHRP_H
 #define FRRUCI_NHRP_FRR_NHRP_H
 
@@ -93,9 +93,9 @@ uint32_t multicast_nhrp_nflog(uint16_t vrf, const char *group);
 
 /* ---- front-end handlers; replies go to /tmp/tmp/nhrp_pipe_c2lua ---- */
 
-/* One setting of a tunnel interface. argv[0] is not looked at, argv[1] is the interface, the words
- * behind it are one phrase of docs/nhrp.md; words behind the phrase are ignored. The phrase's
- * builder is called.
+/* One setting of a tunnel interface. argv[0] is ignored, argv[1] is the interface, the words
+ * after it are one phrase of docs/nhrp.md; words after the phrase are ignored. The phrase's builder
+ * is called.
  * Replies "fail" when the builder failed, else "ok": also, with nothing sent, for a phrase that is
  * unknown or not finished. With argc of 1 or less there is no reply. */
 void process_nhrp_interface(int32_t argc, char **argv);
@@ -109,8 +109,8 @@ void process_nhrp_interface(int32_t argc, char **argv);
 void process_nhrp_global(int32_t argc, char **argv);
 
 /* The display: with argv[1..3] "ip", "nhrp", "cache" streams the cache into
- * /tmp/tmp/nhrp_pipe_c2lua_cache (swNhrpShow); anything else does nothing. The words are looked at
- * up to the first null entry, whatever argc of 1 or more says; argv[0] is not read. With argc below
+ * /tmp/tmp/nhrp_pipe_c2lua_cache (swNhrpShow); anything else does nothing. The words are read
+ * up to the first null entry, whatever argc of 1 or more says; argv[0] is ignored. With argc below
  * 1 nothing happens. No reply; a failure is only logged. */
 void process_nhrp_show(int32_t argc, char **argv);
 

@@ -28,15 +28,15 @@ int32_t nhrp_enable(void);
 
 /* Records the tunnel interface of NHRP in option "interface".
  * ifname: the interface's name. flag: non-zero records ifname unless the option is there already,
- * whatever its value; 0 writes "0" (ifname is not looked at).
- * Result: 0 written or nothing to do; 2 ifname is needed and null, or no such section; else
+ * whatever its value; 0 writes "0" (ifname is ignored).
+ * Result: 0 written, or nothing to do; 2 ifname is needed and null, or no such section; else
  * libuci's code of the failed write (3 no such file, 4 file or folder not writable, ...). */
 int32_t nhrp_set_interface(const char *ifname, int32_t flag);
 
 /* Stores one setting of a tunnel interface.
  * section: "sdwan". option: the setting's name. enable: non-zero records the interface as
  * nhrp_set_interface(ifname, 1) does, whose result does not count, and stores value; 0 stores "0"
- * (ifname and value are not looked at).
+ * (ifname and value are ignored).
  * Result: 0 written; 2 a text that is needed is null, or no such section; else libuci's code of the
  * failed write. */
 int32_t nhrp_set_interface_config(const char *section, const char *option, const char *ifname,
@@ -44,7 +44,7 @@ int32_t nhrp_set_interface_config(const char *section, const char *option, const
 
 /* Stores one global setting; option "interface" is left alone.
  * section: "sdwan". option: the setting's name. enable: non-zero stores value; 0 stores "0" (value
- * is not looked at).
+ * is ignored).
  * Result: 0 written; 2 a text that is needed is null, or no such section; else libuci's code of the
  * failed write. */
 int32_t nhrp_set_enable_config(const char *section, const char *option, const char *value,

@@ -38,15 +38,15 @@ uint32_t deliverToInterface(const char *path, const char *ifname, const char *co
     return deliver(path, {kEnable, kConfigure, context, command});
 }
 
-bool isBlank(char byte) {
+bool isDropped(char byte) {
     return byte == ' ' || byte == '\b' || byte == '\t' || byte == '\n';
 }
 
-/// Copies the bytes that are not blanks; kept has room for a whole chunk and its terminating zero.
-void keepNonBlanks(const char *chunk, std::size_t count, char (&kept)[kChunkBytes + 1]) {
+/// Copies all other bytes; kept has room for a whole chunk and its terminating zero.
+void copyKept(const char *chunk, std::size_t count, char (&kept)[kChunkBytes + 1]) {
     std::size_t length = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        if (isBlank(chunk[i])) {
+        if (isDropped(chunk[i])) {
             continue;
         }
         if (length >= kChunkBytes) {
@@ -63,7 +63,7 @@ ssize_t passChunk(int32_t fd) {
     char chunk[kChunkBytes] = {};
     char kept[kChunkBytes + 1] = {};
     const ssize_t received = frruci::outside::receive(fd, chunk, sizeof chunk);
-    keepNonBlanks(chunk, received > 0 ? static_cast<std::size_t>(received) : 0, kept);
+    copyKept(chunk, received > 0 ? static_cast<std::size_t>(received) : 0, kept);
     // Up to the first NUL, so the end marker and the completion code stay out of the pipe. An empty
     // chunk is written too. Fixed by the interface.
     (void)write_pipe_to_lua(kept, kCachePipe); // without a reader there is nobody to tell

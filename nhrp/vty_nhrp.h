@@ -41,14 +41,14 @@ uint32_t doVtyZebraConfigInterface(uint16_t vrf, const char *ifname, const char 
  * backspaces, tabs and line feeds, also those inside JSON texts; carriage returns stay. The first
  * read that does not bring exactly 256 bytes is the last one, so an answer whose bytes, end marker
  * and completion code included, are a multiple of 256 is followed by a read that waits until the
- * daemon sends more or hangs up. The completion code is not looked at.
+ * daemon sends more or hangs up. The completion code is ignored.
  * fd: a session, 1 or greater; it stays open. command: may be empty.
  * Result: 0 sent and read; 1 fd is below 1, command is null, or the send failed. */
 uint32_t frrVtyNhrpPrint(int32_t fd, const char *command);
 
 /* Opens a session on the daemon at socket_path (at most 107 characters), sends "enable", and
- * streams the answer to command as frrVtyNhrpPrint does. Result: 0 success; 0xFFFFFFFF the
- * connection could not be made; 1 any other failure. */
+ * streams the answer to command as frrVtyNhrpPrint does.
+ * Result: 0 success; 0xFFFFFFFF the connection could not be made; 1 any other failure. */
 uint32_t vtyNhrpPrint(const char *command, const char *socket_path);
 
 FRRUCI_C_END

@@ -222,7 +222,7 @@ void process_rip_network(int32_t argc, char **argv) {
 int32_t process_rip_config_version(int32_t argc, char **argv) {
     const Words words(argc, argv);
     if (words.is(0, "default")) {
-        return asResult(swRipVersionSet(kInstance, 2, 0)); // the 2 is not looked at
+        return asResult(swRipVersionSet(kInstance, 2, 0)); // which ignores the 2
     }
     const uint32_t version = versionIn(words, 0);
     return version == kNoVersion ? kFailed : asResult(swRipVersionSet(kInstance, version, 1));

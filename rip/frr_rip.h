@@ -26,8 +26,8 @@ void process_rip_global(int32_t argc, char **argv);
  * instance "default" (swRipRouterRipSet). */
 void rip_enable(void);
 
-/* ---- dispatchers: {keyword, words...} calls the keyword's handler with the words and replies,
- * also for an unknown keyword ---- */
+/* ---- dispatchers: {keyword, words...} calls the handler of the keyword with the words and
+ *      replies, also for an unknown keyword ---- */
 
 /* Keywords: rip_version, rip_distance, auto_summary, default_metric, redistribute_static,
  * redistribute_ospf, update_timer, timeout_timer, garbage_timer. Does nothing without a word. */
@@ -45,9 +45,10 @@ void process_rip_network(int32_t argc, char **argv);
 
 /* ---- keyword handlers: the words after the keyword
  *
- * Result of each: that of the command (sw_rip.h), of the last one where there are two; 1 also when
- * there are too few words or a word that means nothing here (nothing is sent). A number that does
- * not begin with digits reads as 0. ---- */
+ *      A number that does not begin with digits reads as 0.
+ *
+ *      Result of each: that of the command (sw_rip.h), of the last one where there are two; 1 also
+ *      when there are too few words or a word that means nothing here (nothing is sent). ---- */
 
 /* {"ripv1" | "ripv2" | "default"}: swRipVersionSet; default is "no version". */
 int32_t process_rip_config_version(int32_t argc, char **argv);
@@ -69,26 +70,26 @@ int32_t process_rip_config_garbage_timer(int32_t argc, char **argv);
 /* {name, "none" | "split_horizon" | "poison_reverse"}: swRipIfSplitHorizonSet; others are "none".
  */
 int32_t process_rip_interface_split_horizon_mode(int32_t argc, char **argv);
-/* {name, "ripv1" | "ripv2"}: swRipIfSendVersionSet. Logs its way. */
+/* {name, "ripv1" | "ripv2"}: swRipIfSendVersionSet. Logs each step. */
 int32_t process_rip_interface_send_version(int32_t argc, char **argv);
 /* {name, "ripv1" | "ripv2" | "both"}: swRipIfReceiveVersionSet. */
 int32_t process_rip_interface_recv_version(int32_t argc, char **argv);
 /* {name, "none"} or {name, "simple", any, key} or {name, "md5", key id, key}, of exactly so many
- * words: swRipIfAuthenticationSet; "simple" takes key id 1 and does not read its third word, which
- * may be null. */
+ * words: swRipIfAuthenticationSet; "simple" takes key id 1 and ignores its third word, which may
+ * be null. */
 int32_t process_rip_interface_authen(int32_t argc, char **argv);
 /* No words: swRipShowIpRipStatus, then a pause of 100 milliseconds. */
 int32_t process_rip_interface_show(int32_t argc, char **argv);
 
 /* ---- support ---- */
 
-/* Makes the model's key of an interface name: type 1 and the number behind the first dot (0 when
+/* Makes the model's key of an interface name: type 1 and the number after the first dot (0 when
  * there is none).
  * Result: 0 done; -1 an argument is null or the name has no dot (key untouched). The handlers then
  * go on with a key of zeroes. */
 int32_t get_vlan_id_from_interface_name(const char *name, RipNetIf *key);
 
-/* Takes one line of "show ip rip status". When its first two blank-separated words are an interface
+/* Takes one line of "show ip rip status". When its first two space-separated words are an interface
  * name and send version 1 or 2, sets option "status" to "up" in the section of store "rip" that has
  * the name with "_" for every dot; a failure is logged. Other lines change nothing. The first three
  * words are cut off the line, a caller's text, by a NUL after each; the dots are replaced in it. */

@@ -44,7 +44,8 @@ void rip_recovery_config_garbage_timer(void);
 void rip_recovery_network(void);
 void rip_recovery_interface(void);
 
-/* Result: the text of the section's option of that name, the context's and valid while the section
+/* Reads one option of a section.
+ * Result: the text of the section's option of that name, the context's and valid while the section
  * is; null when an argument is null, there is no such option, or it is a list. */
 const char *rip_uci_option_string(struct uci_context *context, struct uci_section *section,
                                   const char *name);

@@ -8,10 +8,12 @@
  * for the side that is meant; one ripd serves both, so it changes nothing and a command that is
  * meant for both sides is sent twice.
  *
- * Unless a description says otherwise: 0 done; 1 bad argument (nothing is sent), no connection, a
- * warning of the daemon, or the value could not be stored; 0xFFFFFFFF ripd refused; another
- * completion code of ripd as it is. On failure the model keeps its value. Where a command is sent
- * twice and only the second is refused, ripd has the new value and the model the old one. */
+ * Unless a description says otherwise, results are
+ *   0           done
+ *   1           bad argument (nothing is sent), no connection, a warning of ripd, or the value
+ * could not be stored 0xFFFFFFFF  ripd refused others      another completion code of ripd, as it
+ * is On failure the model keeps its value. Where a command is sent twice and only the second is
+ * refused, ripd has the new value and the model the old one. */
 #ifndef FRRUCI_RIP_SW_RIP_H
 #define FRRUCI_RIP_SW_RIP_H
 
@@ -55,15 +57,15 @@ uint32_t swRipNetworkSet(const char *vrf, const char *ip, const char *mask, uint
 uint32_t swRipNeighborSet(const char *vrf, const char *addr, uint32_t add, uint32_t selector);
 
 /* Sends "version <version>" or "no version" twice and stores the version, 0 for none.
- * version: 1..2, not looked at when disabling. */
+ * version: 1..2, ignored when disabling. */
 uint32_t swRipVersionSet(const char *vrf, uint32_t version, uint32_t enable);
 
 /* Sends "distance <distance>" or "no distance" twice and stores the distance, 120 for none.
- * distance: 1..255, not looked at when disabling. */
+ * distance: 1..255, ignored when disabling. */
 uint32_t swRipDistanceSet(const char *vrf, uint32_t distance, uint32_t enable);
 
 /* Sends "default-metric <metric>" or "no default-metric" twice and stores the metric, 1 for none.
- * metric: 0..16, not looked at when disabling. */
+ * metric: 0..16, ignored when disabling. */
 uint32_t swRipDefaultMetricSet(const char *vrf, uint32_t metric, uint32_t enable);
 
 /* Sends "[no] autosummary" twice and stores the flag. No connection and a warning (both 1) count as
@@ -82,15 +84,15 @@ uint32_t swRipRouteStaticSet(const char *vrf, const char *ip, const char *mask, 
 
 /* Sends "[no] redistribute static" (kind 1) or "[no] redistribute ospf" (kind 2), when enabling
  * with " metric <metric>" unless metric is 0; stores nothing. Other kinds are refused.
- * metric: 0..16, not looked at when disabling. */
+ * metric: 0..16, ignored when disabling. */
 uint32_t swRipRedistributeSet(const char *vrf, uint32_t kind, uint32_t metric, uint32_t enable,
                               uint32_t selector);
 
 /* Sends "timers basic <update> <timeout> <garbage>" with the one timer that which names changed and
  * the others as the model has them, twice, and stores it.
  * which: 1 update (5..100 seconds), 2 timeout (5..300), 3 garbage (5..500), 0 all; value in
- * seconds. enable 0 puts the timer back to 30, 180 or 120 seconds. With which 0 the value is not
- * looked at: enable 1 sends the three as they are, enable 0 sends "no timers basic", and both store
+ * seconds. enable 0 puts the timer back to 30, 180 or 120 seconds. With which 0 the value is
+ * ignored: enable 1 sends the three as they are, enable 0 sends "no timers basic", and both store
  * all three initial values.
  * Result: 0 done, also when ripd refused or could not be reached; 1 bad argument or no such
  * instance in the model (nothing is sent). */
@@ -98,7 +100,7 @@ uint32_t swRipTimerSet(const char *vrf, uint32_t which, uint32_t value, uint32_t
 
 /* ---- interface-level commands, inside "interface <ifname>"; the interface's record is made if
  *      there is none. Each asks the front-end whether key.vid is a LAN VLAN, which changes nothing.
- *      A refusal of ripd is 1 here. ---- */
+ *      A refusal of ripd gives 1 here. ---- */
 
 /* Sends "ip rip split-horizon poisoned-reverse" (poisoned and enable 1), "ip rip split-horizon"
  * (enable 1) or "no ip rip split-horizon", and stores enable as split horizon; the model keeps no
@@ -107,11 +109,11 @@ uint32_t swRipIfSplitHorizonSet(const char *ifname, RipNetIf key, uint32_t poiso
                                 uint32_t enable);
 
 /* Sends "ip rip send version <version>" or "no ip rip send version" and stores the version, 0 for
- * none. version: 1..2, not looked at when disabling. */
+ * none. version: 1..2, ignored when disabling. */
 uint32_t swRipIfSendVersionSet(const char *ifname, RipNetIf key, uint32_t version, uint32_t enable);
 
 /* Sends "ip rip receive version <version>", "1 2" for 3, or "no ip rip receive version" and stores
- * the version, 0 for none. version: 1..3, not looked at when disabling. */
+ * the version, 0 for none. version: 1..3, ignored when disabling. */
 uint32_t swRipIfReceiveVersionSet(const char *ifname, RipNetIf key, uint32_t version,
                                   uint32_t enable);
 
@@ -126,10 +128,10 @@ uint32_t swRipIfV2BroadcastSet(const char *ifname, RipNetIf key, uint32_t enable
  * mode" only. Then stores key id, key and mode (0 for none).
  * mode: 1 simple text, 2 MD5 (0 is of no use: two empty commands and the text mode). keyid: 1..255.
  * keystring: the model takes at most 16 characters. A longer one is sent all the same; where ripd
- * accepts it, as a key chain does, the key id is stored and then 1 returned. The three are not
- * looked at when disabling.
- * Result: 0 done; 1 bad argument, no connection, refused, or not stored. Failures of the chain's
- * removal and making are not looked at. */
+ * accepts it, as a key chain does, the key id is stored and then 1 returned. The three are
+ * ignored when disabling.
+ * Whether the chain could be removed and made is ignored.
+ * Result: 0 done; 1 bad argument, no connection, refused, or not stored. */
 uint32_t swRipIfAuthenticationSet(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,
                                   const char *keystring, uint32_t enable);
 
@@ -141,7 +143,8 @@ uint32_t swRipIfAuthenticationSet(const char *ifname, RipNetIf key, uint32_t mod
 uint32_t swRipIfPassiveInterfaceVlanSet(RipNetIf key, uint32_t enable);
 
 /* Sends "no key chain <chain>" from the configure context, after asking the front-end about
- * key.vid. Result: that of an instance-level command, a refusal included; 0 also for a null chain
+ * key.vid.
+ * Result: that of an instance-level command, a refusal included; 0 also for a null chain
  * (nothing is sent). */
 uint32_t swRipKeychainClean(RipNetIf key, const char *chain);
 
@@ -162,10 +165,12 @@ uint32_t swRipShowIpRip(void);
  * Result: 0 done; 1 no connection or refused. */
 uint32_t swRipShowIpRipStatus(void);
 
-/* Prints the instances of the model (ucRip_setGlobal). Result: 0. */
+/* Prints the instances of the model (ucRip_setGlobal).
+ * Result: 0. */
 uint32_t swRip_setGlobal(void);
 
-/* Prints an interface of the model (ucRip_setIfVlan). Result: 0 printed; 1 no such interface. */
+/* Prints an interface of the model (ucRip_setIfVlan).
+ * Result: 0 printed; 1 no such interface. */
 uint32_t swRip_setIfVlan(void);
 
 /* Sends "en", "config", "interface <ifname>" (cut to 63 characters) and command on any vty socket.

@@ -1,7 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The RIP model: what ripd has been told, in memory; its delivery and its dumps.
  *
- * Two lists, each behind its own mutex: the instances, by VRF name, with their networks and
+ * Two lists, each guarded by its own mutex: the instances, by VRF name, with their networks and
  * neighbours (gRipVrfList, ucRipVrfListMu), and the interfaces, by key (gRipIfList, ucRipIfListMu).
  * Records stay in the order in which they were added. A record that a function hands out still
  * belongs to its list and lives until it is removed. Functions may be called from any thread; each
@@ -81,7 +81,8 @@ extern const uint8_t gRipMultiMac[6]; /* 01:00:5e:00:00:09; nothing here reads i
  * Result: 0 done; 1 a list could not be made (the other stays as it is). */
 uint32_t ucRipInit(void);
 
-/* Does nothing. Result: 0. */
+/* Does nothing.
+ * Result: 0. */
 uint32_t ripInit(void);
 
 /* Fills a record of the caller with the name (cut to 36 characters), the initial values and two

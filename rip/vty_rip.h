@@ -15,7 +15,8 @@ inline constexpr const char *kInstance = "default"; // the one that all handlers
 inline constexpr const char *kInstanceView = "view_rip";
 inline constexpr const char *kConfigureView = "configure_view";
 
-/// Sends a command inside an instance. Result: that of swRipAutoRun.
+/// Sends a command inside an instance.
+/// Result: that of swRipAutoRun.
 uint32_t sendToInstance(const char *vrf, const char *command, uint32_t side);
 
 /// Sends a command in the context of a view, whose parameters are used up.

@@ -49,7 +49,7 @@ constexpr Handler kHandlers[] = {
     {'N', nullptr,               0, 0, process_rip_interface_show              },
 };
 
-/// The digit behind the handler's letter.
+/// The digit after the handler's letter.
 uint8_t codeOf(const Request &request) {
     const char digit = request.head[0] != '\0' ? request.head[1] : '\0';
     return digit >= '0' && digit <= '9' ? static_cast<uint8_t>(digit - '0') : 0;

@@ -44,7 +44,7 @@ std::string expected(const std::string &line) {
     return words[0];
 }
 
-/// As the show streaming hands it over: CR LF behind the text, cut at a NUL.
+/// As the show streaming hands it over: CR LF after the text, cut at a NUL.
 std::string asHanded(const std::string &line) {
     return std::string(line.c_str()).substr(0, 256) + (line.size() < 256 ? "\r\n" : "");
 }

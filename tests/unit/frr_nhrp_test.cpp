@@ -428,7 +428,7 @@ TEST(Phrases, BelowTheLeastCountNothingHappens) {
             }
             World world;
             Texts words = requestOf(phrase);
-            words.resize(static_cast<std::size_t>(argc - 2)); // null behind them, argc too large
+            words.resize(static_cast<std::size_t>(argc - 2)); // null after them, argc too large
             callInterface(words, phrase.leastArgc);
             expectNothingDone(world);
         }
@@ -553,7 +553,7 @@ TEST(Handlers, NullVectorsAreTaken) {
     EXPECT_EQ(replied("ok"), world.stage.trace());
 }
 
-TEST(Handlers, ARestartLooksAtTheEntriesBehindArgc) {
+TEST(Handlers, ARestartLooksAtTheEntriesAfterArgc) {
     World world;
     std::string words[] = {"nhrp", "nflog-group", "3"};
     char *vector[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
@@ -563,7 +563,7 @@ TEST(Handlers, ARestartLooksAtTheEntriesBehindArgc) {
               world.stage.trace());
 }
 
-TEST(Handlers, AShowLooksAtTheEntriesBehindArgc) {
+TEST(Handlers, AShowLooksAtTheEntriesAfterArgc) {
     World world;
     std::string words[] = {"nhrp", "ip", "nhrp", "cache"};
     char *vector[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};
@@ -702,7 +702,7 @@ std::string logOf(stage::Stage &stage) {
 }
 
 // Golden cases cannot show empty lines.
-TEST(Log, HandlersLeaveAnEmptyLineBehindTheirMessage) {
+TEST(Log, HandlersLeaveAnEmptyLineAfterTheirMessage) {
     stage::Stage stage;
     std::string words[] = {"x", "ip", "nhrp", "cache"};
     char *vector[] = {words[0].data(), words[1].data(), words[2].data(), words[3].data(), nullptr};

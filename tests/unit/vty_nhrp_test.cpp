@@ -348,7 +348,7 @@ TEST_F(Stream, OnlyTheFourBlanksAreDropped) {
     EXPECT_EQ(stream({every}), Texts{kept});
 }
 
-TEST_F(Stream, NothingBehindAZeroByteReachesThePipe) {
+TEST_F(Stream, NothingAfterAZeroByteReachesThePipe) {
     EXPECT_EQ(stream({std::string("a\0b", 3)}), Texts{"a"});
     std::string full(kChunk, 'x');
     full[10] = '\0';
