@@ -42,6 +42,7 @@ constexpr SplitHorizonMode kSplitHorizonModes[] = {
     {"split_horizon",  0},
     {"poison_reverse", 1},
 };
+
 /// The key of an interface; all zero for a name without a VLAN, which does not stop the handlers.
 RipNetIf keyOf(const char *name) {
     RipNetIf key = {};
@@ -86,10 +87,10 @@ int32_t process_rip_interface_split_horizon_mode(int32_t argc, char **argv) {
         return kFailed;
     }
     const SplitHorizonMode *mode = findRow<&SplitHorizonMode::word>(kSplitHorizonModes, words[1]);
-    const uint32_t poisoned = mode == nullptr ? 0 : mode->poisoned;
-    const uint32_t enable =
-        mode == nullptr ? 0 : 1; // off for any other word. Fixed by the interface.
-    return asResult(swRipIfSplitHorizonSet(words[0], keyOf(words[0]), poisoned, enable));
+    if (mode == nullptr) { // "none" and any other word: off. Fixed by the interface.
+        return asResult(swRipIfSplitHorizonSet(words[0], keyOf(words[0]), 0, 0));
+    }
+    return asResult(swRipIfSplitHorizonSet(words[0], keyOf(words[0]), mode->poisoned, 1));
 }
 
 int32_t process_rip_interface_send_version(int32_t argc, char **argv) {

@@ -62,10 +62,7 @@ struct ValueSetting {
     uint32_t (*store)(const char *vrf, uint32_t value);
 };
 
-constexpr ValueSetting kVersion = {
-    {1, 2},
-    "version", 0, ucRipDefaultVersionSet
-};
+constexpr ValueSetting kVersion = {kOneVersionRange, "version", 0, ucRipDefaultVersionSet};
 constexpr ValueSetting kDistance = {kDistanceRange, "distance", kInitialDistance, ucRipDistanceSet};
 constexpr ValueSetting kMetric = {kMetricRange, "default-metric", kInitialMetric,
                                   ucRipDefaultMetricSet};

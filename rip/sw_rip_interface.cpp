@@ -49,14 +49,9 @@ struct VersionSetting {
     uint32_t (*store)(RipNetIf key, uint32_t value);
 };
 
-constexpr VersionSetting kSendVersion = {
-    "send", {1, 2},
-     ucRipInterfaceSendVersionSet
-};
-constexpr VersionSetting kReceiveVersion = {
-    "receive", {1, 3},
-     ucRipInterfaceRecvVersionSet
-};
+constexpr VersionSetting kSendVersion = {"send", kOneVersionRange, ucRipInterfaceSendVersionSet};
+constexpr VersionSetting kReceiveVersion = {"receive", kReceiveVersionRange,
+                                            ucRipInterfaceRecvVersionSet};
 
 constexpr char kVersionTexts[][4] = {"", "1", "2", "1 2"};
 
@@ -83,52 +78,56 @@ const char *splitHorizonCommand(uint32_t poisoned, uint32_t enable) {
 
 // ---- authentication ----
 
-/// Three commands: the other method goes, the new secret comes, the mode changes. Texts, not
-/// pointers, which would take more flash.
-struct AuthMethod {
-    char clearOther[36];
-    char install[38]; // with the key's text, or for MD5 the chain's name
-    char mode[32];
+struct AuthMethod { // texts, not pointers, which would take more flash
+    char other[10]; // the method that goes
+    char secret[10];
+    char mode[5];
 };
 
 // By mode. The handlers never ask for mode 0, whose first two commands are empty.
 constexpr AuthMethod kAuthMethods[] = {
-    {
-     .clearOther = "",
-     .install = "",
-     .mode = "ip rip authentication mode text",
-     },
-    {
-     .clearOther = "no ip rip authentication key-chain",
-     .install = "ip rip authentication string %s",
-     .mode = "ip rip authentication mode text",
-     },
-    {
-     .clearOther = "no ip rip authentication string",
-     .install = "ip rip authentication key-chain %s",
-     .mode = "ip rip authentication mode md5",
-     },
+    {"",          "",          "text"},
+    {"key-chain", "string",    "text"},
+    {"string",    "key-chain", "md5" },
 };
 
+uint32_t clearOther(const char *ifname, RipNetIf key, uint32_t mode) {
+    char command[kCommandBytes] = "";
+    if (mode != kNoAuthentication) {
+        format(command, "no ip rip authentication %s", kAuthMethods[mode].other);
+    }
+    return sendToInterface(ifname, key, command);
+}
+
+uint32_t setSecret(const char *ifname, RipNetIf key, uint32_t mode, const char *secret) {
+    char command[kCommandBytes] = "";
+    if (mode != kNoAuthentication) {
+        format(command, "ip rip authentication %s %s", kAuthMethods[mode].secret, secret);
+    }
+    const uint32_t sent = sendToInterface(ifname, key, command);
+    if (sent != kSuccess) {
+        return sent;
+    }
+    format(command, "ip rip authentication mode %s", kAuthMethods[mode].mode);
+    return sendToInterface(ifname, key, command);
+}
+
+/// Three commands: the other method goes, the new secret comes, the mode changes.
 uint32_t installSecret(const char *ifname, RipNetIf key, uint32_t mode, uint32_t keyid,
                        const char *keystring) {
-    const AuthMethod &method = kAuthMethods[mode];
     char chain[kChainBytes];
     format(chain, "app_rip_%u", keyid);
     if (mode == kMd5) {
         (void)swRipKeychainClean(key, chain); // there may be none yet
     }
-    uint32_t sent = sendToInterface(ifname, key, method.clearOther);
+    const uint32_t sent = clearOther(ifname, key, mode);
     if (sent != kSuccess) {
         return sent;
     }
     if (mode == kMd5) {
         (void)swRipKeychainAdd(key, chain, keyid, keystring); // Fixed by the interface
     }
-    char command[kCommandBytes];
-    format(command, method.install, mode == kMd5 ? chain : keystring);
-    sent = sendToInterface(ifname, key, command);
-    return sent != kSuccess ? sent : sendToInterface(ifname, key, method.mode);
+    return setSecret(ifname, key, mode, mode == kMd5 ? chain : keystring);
 }
 
 uint32_t storeSecret(RipNetIf key, uint32_t keyid, const char *keystring) {

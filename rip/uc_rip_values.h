@@ -15,7 +15,9 @@ struct Range {
 };
 
 inline constexpr Range kSwitchRange = {0, 1};
-inline constexpr Range kUpdateRange = {5, 100}; // seconds, as the other timers
+inline constexpr Range kOneVersionRange = {1, 2};
+inline constexpr Range kReceiveVersionRange = {1, 3}; // 3 is both
+inline constexpr Range kUpdateRange = {5, 100};       // seconds, as the other timers
 inline constexpr Range kTimeoutRange = {5, 300};
 inline constexpr Range kGarbageRange = {5, 500};
 inline constexpr Range kMetricRange = {0, 16};
