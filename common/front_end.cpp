@@ -12,6 +12,7 @@
 #include "common/outside.h"
 #include "common/shell.h"
 #include "common/text.h"
+#include "common/uninterrupted.h"
 #include "frruci/observe.h"
 
 namespace {
@@ -23,6 +24,8 @@ constexpr const char *kLogPath = "/tmp/tmp/data";
 constexpr const char *kVidAnswer = "/tmp/cli_vid";
 constexpr const char *kAddressAnswer = "/tmp/cli_ipaddr";
 constexpr const char *kRefusedCharacters = "|\"$&'();<>[\\`";
+
+constexpr int kNotOpened = -1;
 
 // Line numbers in messages. Fixed by the interface.
 constexpr int kWanQuestionLine = 69;
@@ -65,15 +68,12 @@ void dropNewline(char *line) {
 
 /// Reads the first line of an answer file, its newline removed; false when it cannot be opened.
 template <std::size_t N> bool readAnswer(const char *path, char (&line)[N]) {
-    line[0] = '\0';
     FILE *file = frruci::outside::openAnswer(path);
     if (file == nullptr) {
         return false;
     }
-    if (fgets(line, static_cast<int>(N), file) == nullptr) {
-        line[0] = '\0';
-    }
-    (void)fclose(file); // only read from
+    (void)frruci::common::readStart(file, line, N); // an empty file is an empty answer
+    (void)fclose(file);                             // only read from
     dropNewline(line);
     return true;
 }
@@ -117,7 +117,7 @@ bool is_local_ip_addr(const char *ipText) {
     }
     char line[512];
     bool found = false;
-    while (!found && fgets(line, sizeof line, addresses) != nullptr) {
+    while (!found && frruci::common::readLine(addresses, line)) {
         dropNewline(line);
         found = line[0] != '\0' && frruci::common::equals(line, ipText);
     }
@@ -139,13 +139,17 @@ bool isInLanVlan(const char *ipText) {
 }
 
 int32_t writePipe(const char *text, const char *path) {
-    const int pipe = path == nullptr ? -1 : open(path, O_WRONLY | O_CLOEXEC);
+    if (path == nullptr) {
+        return kNotOpened;
+    }
+    const int pipe = frruci::common::uninterrupted(
+        [=] { return open(path, O_WRONLY | O_CLOEXEC); });
     if (pipe < 0) {
         return pipe;
     }
     const PipeSignalHeld held;
-    const ssize_t written = write(pipe, text, strlen(text));
-    (void)written; // when the reader went away there is nobody left to tell
+    // Where the reader went away there is nobody left to tell.
+    (void)frruci::common::writeAll(pipe, text, strlen(text));
     return close(pipe);
 }
 
@@ -162,13 +166,13 @@ int32_t record_log_act(const char *format, ...) {
     if (formatted < 0 || outside::isRehearsal()) {
         return -1;
     }
-    const int file = open(kLogPath, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+    const int file = frruci::common::openPlainFile(kLogPath, O_WRONLY | O_APPEND | O_CREAT);
     if (file < 0) {
-        return -1;
+        return kNotOpened;
     }
-    const ssize_t written = write(file, message, strlen(message));
+    const bool written = frruci::common::writeAll(file, message, strlen(message));
     (void)close(file); // nothing is buffered that a close could still lose
-    return written < 0 ? -1 : 0;
+    return written ? 0 : -1;
 }
 
 int32_t write_pipe_to_lua(const char *text, const char *path) {

@@ -7,9 +7,11 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include "common/uninterrupted.h"
 #include "frruci/observe.h"
 
 namespace {
@@ -66,9 +68,13 @@ void showAnswer(int fd, const char *bytes, ssize_t received) {
     show();
 }
 
-/// What the host gave to read from; null when it gave nothing.
+/// What there is to read from; null when there is nothing.
 FILE *openGiven() {
-    return current.fd < 0 ? nullptr : fdopen(current.fd, "r");
+    FILE *stream = current.fd < 0 ? nullptr : fdopen(current.fd, "r");
+    if (stream == nullptr && current.fd >= 0) {
+        (void)close(current.fd);
+    }
+    return stream;
 }
 
 } // namespace
@@ -83,6 +89,8 @@ int32_t frruciObserve(const FrruciObserver *set) {
 }
 
 namespace frruci::outside {
+
+using common::uninterrupted;
 
 bool happens(int kind, const char *place, const char *text, int fd, uint64_t number,
              const char *section, const char *option) {
@@ -120,21 +128,26 @@ int openSession(const sockaddr_un &address, unsigned length) {
     }
     const int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
     // Fixed by the interface: a descriptor that could not be connected is not closed.
-    const int result = connect(fd, reinterpret_cast<const sockaddr *>(&address), length);
+    // An interrupted connect of a Unix socket leaves nothing under way: it starts over.
+    const int result = uninterrupted(
+        [&] { return connect(fd, reinterpret_cast<const sockaddr *>(&address), length); });
     current.fd = fd;
     return happened(result) < 0 ? -1 : fd;
 }
 
-ssize_t sendCommand(int fd, const char *command) {
+int sendCommand(int fd, const char *command) {
     ending = 0;
-    return happens(FRRUCI_COMMAND, nullptr, command, fd)
-               ? send(fd, command, strlen(command) + 1, MSG_NOSIGNAL)
-               : rehearsed();
+    if (!happens(FRRUCI_COMMAND, nullptr, command, fd)) {
+        return rehearsed();
+    }
+    return common::sendAll(fd, command, strlen(command) + 1) ? 0 : -1;
 }
 
 ssize_t receive(int fd, char *bytes, std::size_t room) {
-    const ssize_t received = recv(fd, bytes, room, 0);
+    const ssize_t received = uninterrupted([=] { return recv(fd, bytes, room, 0); });
+    const int error = errno;
     showAnswer(fd, bytes, received);
+    errno = error;
     return received;
 }
 
@@ -152,18 +165,17 @@ void closeListing(FILE *listing) {
 }
 
 FILE *openAnswer(const char *path) {
-    return happens(FRRUCI_FILE, path, nullptr) ? fopen(path, "r") : openGiven();
+    if (happens(FRRUCI_FILE, path, nullptr)) {
+        current.fd = common::openPlainFile(path, O_RDONLY);
+    }
+    return openGiven();
 }
 
 void pauseFor(unsigned seconds, unsigned microseconds) {
     if (!happens(FRRUCI_PAUSE, nullptr, nullptr, -1, seconds * kMicroseconds + microseconds)) {
         return;
     }
-    if (seconds != 0) {
-        (void)sleep(seconds);
-    } else {
-        (void)usleep(microseconds);
-    }
+    common::pauseFor(seconds, microseconds);
     (void)happened(0);
 }
 

@@ -1,6 +1,7 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The places where something leaves the library. Each call is the C library's own while nobody
- * observes; else the observer sees it, and in a rehearsal stands in for it. */
+ * observes, and goes on when a signal interrupts it; else the observer sees it, and in a rehearsal
+ * stands in for it. */
 #ifndef FRRUCI_COMMON_OUTSIDE_H
 #define FRRUCI_COMMON_OUTSIDE_H
 
@@ -30,10 +31,11 @@ bool isRehearsal();
 /// A descriptor connected to address; -1 when that failed.
 int openSession(const sockaddr_un &address, unsigned length);
 
-/// Sends a command with its terminating zero; as send. A daemon that went away raises no SIGPIPE.
-ssize_t sendCommand(int fd, const char *command);
+/// Sends a command with its terminating zero; negative when that failed. A daemon that went away
+/// raises no SIGPIPE.
+int sendCommand(int fd, const char *command);
 
-/// As recv.
+/// As recv, errno included.
 ssize_t receive(int fd, char *bytes, std::size_t room);
 
 // ---- the shell ----
@@ -50,6 +52,7 @@ FILE *openAnswer(const char *path);
 
 // ---- processes and pauses ----
 
+/// Lasts its full time.
 void pauseFor(unsigned seconds, unsigned microseconds = 0);
 
 /// Sends signal 9.

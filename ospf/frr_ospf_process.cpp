@@ -11,25 +11,11 @@
 #include "common/outside.h"
 #include "common/shell.h"
 #include "common/text.h"
+#include "common/uninterrupted.h"
 
 namespace {
 
 constexpr unsigned kStartPauseSeconds = 1;
-
-/// Reads one line, its newline included; what does not fit is dropped, so that it never counts as a
-/// line of its own. False at the end.
-template <std::size_t N> bool readLine(FILE *from, char (&line)[N]) {
-    if (fgets(line, static_cast<int>(N), from) == nullptr) {
-        return false;
-    }
-    if (strchr(line, '\n') == nullptr) {
-        int dropped = fgetc(from);
-        while (dropped != '\n' && dropped != EOF) {
-            dropped = fgetc(from);
-        }
-    }
-    return true;
-}
 
 } // namespace
 
@@ -50,7 +36,7 @@ int32_t process_exist(const char *name, int32_t kill_flag) {
     (void)record_log_act("frr_ospf:%d: popen\n", 213);
     int32_t count = 0;
     char line[512];
-    while (readLine(listing, line)) {
+    while (frruci::common::readLine(listing, line)) {
         ++count;
         (void)record_log_act("frr_ospf:%d: popen %s\n", 215, line);
         if (kill_flag != 0) {

@@ -11,6 +11,7 @@
 #include "common/shell.h"
 #include "common/status.h"
 #include "common/table.h"
+#include "common/uninterrupted.h"
 #include "common/words.h"
 #include "ospf/frr_ospf_process.h"
 #include "rip/frr_rip_words.h"
@@ -49,7 +50,7 @@ Rule firewallRule() {
         return Rule::kUnknown;
     }
     char line[512];
-    const bool found = fgets(line, sizeof line, listing) != nullptr;
+    const bool found = frruci::common::readLine(listing, line);
     frruci::outside::closeListing(listing);
     return found ? Rule::kPresent : Rule::kAbsent;
 }

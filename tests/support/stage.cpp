@@ -4,6 +4,7 @@
 #include "tests/support/stage.h"
 
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
@@ -288,7 +289,13 @@ Stage::Stage() {
         abort();
     }
     captureStdout();
+    // Signals of a test's timer are for the library's thread.
+    sigset_t all;
+    sigset_t before;
+    (void)sigfillset(&all);
+    (void)pthread_sigmask(SIG_SETMASK, &all, &before);
     pthread_create(&world->thread, nullptr, serve, nullptr);
+    (void)pthread_sigmask(SIG_SETMASK, &before, nullptr);
 }
 
 Stage::~Stage() {
