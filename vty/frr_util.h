@@ -41,7 +41,7 @@ int32_t frrVtyRun(int32_t fd, const char *cmd, uint8_t *out_code, char *reply, i
 /* Sends a "show" command and streams its output: each line is printed and, ending in CR LF, handed
  * to the line handler that mode chooses: 0 handle_rip_show_interface, 1 handle_ospf_show (which
  * gets show_kind and show_arg), others none. Reads until the end marker comes, also past an end of
- * stream.
+ * stream, where it pauses 10 ms after each receive that brought nothing.
  * Result: 0 success; 1 fd below 1, out_code null, send failed, code byte lost, or code 1, 2 or 3;
  * any other completion code as it is. */
 int32_t frrVtyPrint(int32_t fd, const char *cmd, uint8_t *out_code, uint32_t show_kind,

@@ -2,6 +2,8 @@
 // The vty exchange against fake daemons that behave and misbehave.
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <csignal>
 #include <cstdint>
 #include <cstring>
@@ -9,17 +11,36 @@
 #include <gtest/gtest.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/time.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
 #include "ospf/frr_ospf.h"
 #include "rip/frr_rip.h"
+#include "tests/support/interruptions.h"
 #include "tests/support/stage.h"
 #include "vty/frr_util.h"
 
 namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/// Receives on one descriptor that bring nothing are counted until a given time; then the end
+/// marker with code 9 comes.
+struct {
+    int fd = -1;
+    Clock::time_point until;
+    std::atomic<int> empty = 0;
+} watched;
+
+void watch(int fd, Clock::time_point until) {
+    watched.fd = fd;
+    watched.until = until;
+    watched.empty = 0;
+}
 
 /// The lines that reached a handler, with the show kind and argument, "rip" lines without.
 std::vector<std::string> *handled = nullptr;
@@ -34,6 +55,17 @@ void checkZeroedBehind(const char *line) {
 }
 
 } // namespace
+
+// Takes the C library's place.
+extern "C" ssize_t recv(int fd, void *bytes, std::size_t size, int flags) {
+    if (fd == watched.fd && Clock::now() >= watched.until) {
+        memcpy(bytes, "\0\0\0\x9", 4);
+        return 4;
+    }
+    const ssize_t received = syscall(SYS_recvfrom, fd, bytes, size, flags, nullptr, nullptr);
+    watched.empty += fd == watched.fd && received <= 0 ? 1 : 0;
+    return received;
+}
 
 // These take the place of the library's own line handlers.
 void handle_rip_show_interface(char *line) {
@@ -417,6 +449,71 @@ TEST_F(Exchange, ShowKeepsReadingPastAnEndOfStream) {
     EXPECT_TRUE(WIFSIGNALED(status) && WTERMSIG(status) == SIGALRM);
     close(ends[0]);
     close(ends[1]);
+}
+
+/// A stream whose receives bring nothing: how often they are made while it lasts.
+class EmptyReceives : public Exchange {
+protected:
+    void SetUp() override {
+        Exchange::SetUp();
+        ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM | SOCK_NONBLOCK, 0, ends_), 0);
+    }
+    void TearDown() override {
+        watch(-1, {});
+        close(ends_[0]);
+        close(ends_[1]);
+        Exchange::TearDown();
+    }
+
+    /// Shows for a second; the marker then comes from nowhere.
+    void showForASecond() {
+        watch(ends_[0], Clock::now() + std::chrono::seconds(1));
+        EXPECT_EQ(frrVtyPrint(ends_[0], "show x", &code_, 0, 0, 2), 9);
+        EXPECT_GT(watched.empty, 10);
+        EXPECT_LE(watched.empty, 110);
+    }
+
+    int ends_[2] = {-1, -1};
+};
+
+TEST_F(EmptyReceives, AreFewAtTheEndOfAStream) {
+    ASSERT_EQ(shutdown(ends_[1], SHUT_WR), 0);
+    showForASecond();
+}
+
+TEST_F(EmptyReceives, AreFewWhileSignalsCome) {
+    ASSERT_EQ(shutdown(ends_[1], SHUT_WR), 0);
+    const interruptions::Timer timer;
+    showForASecond();
+    EXPECT_GT(interruptions::count, 50); // those that come in one pause are one
+}
+
+TEST_F(EmptyReceives, AreFewOnAStreamThatDoesNotWait) {
+    showForASecond();
+}
+
+TEST_F(EmptyReceives, DelayNothingThatComes) {
+    // Each piece comes when the stream has just been found empty.
+    constexpr int kPieces = 300;
+    watch(ends_[0], Clock::time_point::max());
+    std::thread daemon([this] {
+        for (int piece = 0, seen = 0; piece < kPieces; ++piece) {
+            const auto begun = Clock::now();
+            while (watched.empty == seen && Clock::now() - begun < std::chrono::seconds(5)) {
+                std::this_thread::yield();
+            }
+            seen = watched.empty;
+            EXPECT_EQ(send(ends_[1], "x\n", 2, 0), 2);
+        }
+        EXPECT_EQ(send(ends_[1], "\0\0\0\4", 4, 0), 4);
+    });
+    const auto begun = Clock::now();
+    EXPECT_EQ(frrVtyPrint(ends_[0], "show x", &code_, 2, 1, 1), 4);
+    const auto took = Clock::now() - begun;
+    daemon.join();
+    EXPECT_EQ(lines_.size(), static_cast<std::size_t>(kPieces));
+    EXPECT_LT(took,
+              std::chrono::milliseconds(10) * kPieces / 2); // a pause each would take twice that
 }
 
 } // namespace
