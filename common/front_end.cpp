@@ -143,7 +143,7 @@ int32_t writePipe(const char *text, const char *path) {
         return kNotOpened;
     }
     const int pipe = frruci::common::uninterrupted(
-        [=] { return open(path, O_WRONLY | O_CLOEXEC); });
+        [=] { return open(path, O_WRONLY | O_NOFOLLOW | O_CLOEXEC); });
     if (pipe < 0) {
         return pipe;
     }

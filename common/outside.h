@@ -47,7 +47,7 @@ int run(const char *command);
 FILE *openListing(const char *command);
 void closeListing(FILE *listing);
 
-/// Opens a file in which a shell command left its answer, for reading.
+/// Opens a file in which a shell command left its answer, for reading; a link or a pipe is none.
 FILE *openAnswer(const char *path);
 
 // ---- processes and pauses ----

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: Apache-2.0
-// Sending, writing, pausing and reading that signals do not cut short.
+// Sending, writing, pausing and reading that signals do not cut short; opening that never waits.
 
 #include "common/uninterrupted.h"
 
@@ -7,6 +7,7 @@
 #include <ctime>
 #include <fcntl.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace frruci::common {
@@ -67,7 +68,15 @@ void pauseFor(unsigned seconds, unsigned microseconds) {
 }
 
 int openPlainFile(const char *path, int flags) {
-    return uninterrupted([=] { return open(path, flags | O_CLOEXEC, 0666); });
+    constexpr mode_t kOwnerOnly = 0600;
+    const int file = uninterrupted(
+        [=] { return open(path, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, kOwnerOnly); });
+    struct stat status;
+    if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
+        (void)close(file);
+        return -1;
+    }
+    return file;
 }
 
 bool readStart(FILE *from, char *line, std::size_t size) {

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* Calls inside a host whose signals interrupt them: a call that was interrupted has no result yet
- * and goes on before anybody looks at one. */
+ * and goes on before anybody looks at one. And opening a file without waiting. */
 #ifndef FRRUCI_COMMON_UNINTERRUPTED_H
 #define FRRUCI_COMMON_UNINTERRUPTED_H
 
@@ -30,7 +30,8 @@ bool writeAll(int fd, const char *bytes, std::size_t count);
 /// As sleep, or as usleep where seconds is 0, for the full time.
 void pauseFor(unsigned seconds, unsigned microseconds);
 
-/// As open.
+/// Opens a plain file in a folder that everybody may write to, for its owner alone where it makes
+/// it. A link or a pipe in its place fails; none is followed, and none is waited at.
 int openPlainFile(const char *path, int flags);
 
 /// The start of a line, as much of it as fits, its newline included. False at the end.

@@ -282,4 +282,162 @@ TEST_F(FrontEnd, OddAddressesDoNoHarm) {
     EXPECT_EQ(std::string(stage_.trace()).substr(0, question.size()), question);
 }
 
+// ---- what others may put in the place of a file ----
+
+constexpr const char *kLog = "/tmp/tmp/data";
+constexpr const char *kAnswers[] = {"/tmp/cli_vid", "/tmp/cli_ipaddr"};
+constexpr uid_t kSomebody = 65534;
+
+struct stat statusOf(const char *path) {
+    struct stat status = {};
+    EXPECT_EQ(lstat(path, &status), 0) << path;
+    return status;
+}
+
+std::string textOf(const char *path) {
+    char text[64] = {};
+    FILE *file = fopen(path, "r");
+    if (file == nullptr) {
+        return "(none)";
+    }
+    text[fread(text, 1, sizeof text - 1, file)] = '\0';
+    fclose(file);
+    return text;
+}
+
+/// Something else in the place of a file, made by root and by somebody else: the kernel may be set
+/// to treat the two differently.
+class InAPlace : public FrontEnd, public testing::WithParamInterface<bool> {
+protected:
+    void SetUp() override {
+        (void)stage_.log();
+        for (const char *path : {kLog, kPipe, kAnswers[0], kAnswers[1]}) {
+            (void)remove(path);
+        }
+        if (GetParam() && geteuid() == 0 && lchown("/tmp/tmp", kSomebody, kSomebody) != 0) {
+            GTEST_SKIP() << "only root of the machine has other users here";
+        }
+        // A folder that everybody may write to, as a program of the front-end may have made it.
+        ASSERT_EQ(chmod("/tmp/tmp", 01777), 0);
+    }
+    void TearDown() override {
+        for (const char *path : {kLog, kPipe, kAnswers[0], kAnswers[1], "/tmp/target"}) {
+            (void)remove(path);
+        }
+        (void)chown("/tmp/tmp", 0, 0);
+        (void)chmod("/tmp/tmp", 0755);
+    }
+
+    static void own(const char *path) {
+        if (GetParam()) {
+            ASSERT_EQ(lchown(path, kSomebody, kSomebody), 0);
+        }
+    }
+    static void link(const char *path, const char *text = "") {
+        stage::writeFile("/tmp/target", text);
+        ASSERT_EQ(symlink("/tmp/target", path), 0);
+        own(path);
+    }
+    static void fifo(const char *path) {
+        ASSERT_EQ(mkfifo(path, 0666), 0);
+        ASSERT_EQ(chmod(path, 0666), 0);
+        own(path);
+    }
+    /// Ends the process when a call waits; fifos are opened by nobody here.
+    struct Deadline {
+        Deadline() { alarm(10); }
+        ~Deadline() { alarm(0); }
+    } deadline_;
+};
+
+TEST_P(InAPlace, TheLogIsForItsOwnerAlone) {
+    const mode_t before = umask(0);
+    record_log_act("secret\n");
+    umask(before);
+    EXPECT_EQ(statusOf(kLog).st_mode, S_IFREG | mode_t{0600});
+    EXPECT_EQ(textOf(kLog), "secret\n");
+}
+
+TEST_P(InAPlace, TheLogIsNotWrittenThroughALink) {
+    link(kLog, "old");
+    record_log_act("secret\n");
+    EXPECT_EQ(textOf("/tmp/target"), "old");
+    EXPECT_TRUE(S_ISLNK(statusOf(kLog).st_mode));
+}
+
+TEST_P(InAPlace, TheLogIsNotMadeThroughALink) {
+    link(kLog);
+    ASSERT_EQ(unlink("/tmp/target"), 0);
+    record_log_act("secret\n");
+    EXPECT_EQ(textOf("/tmp/target"), "(none)");
+}
+
+TEST_P(InAPlace, TheLogDoesNotWaitAtAPipe) {
+    fifo(kLog);
+    record_log_act("secret\n");
+    EXPECT_TRUE(S_ISFIFO(statusOf(kLog).st_mode));
+}
+
+TEST_P(InAPlace, TheLogIsNotGivenToTheReaderOfAPipe) {
+    fifo(kLog);
+    const int reader = open(kLog, O_RDONLY | O_NONBLOCK);
+    ASSERT_GE(reader, 0);
+    const int before = stage::Stage::openDescriptors();
+    record_log_act("secret\n");
+    EXPECT_EQ(stage::Stage::openDescriptors(), before);
+    char byte = 0;
+    EXPECT_EQ(read(reader, &byte, 1), 0);
+    close(reader);
+}
+
+TEST_P(InAPlace, AReplyIsNotWrittenThroughALink) {
+    stage_.noPipe("ospf_pipe_c2lua");
+    link(kPipe, "old");
+    EXPECT_LT(write_pipe_to_lua("ok", kPipe), 0);
+    EXPECT_EQ(textOf("/tmp/target"), "old");
+}
+
+TEST_P(InAPlace, ALinkIsNoAnswer) {
+    link(kAnswers[0], "1\n");
+    EXPECT_EQ(sw_is_lan_vid(2), 0);
+    stage::writeFile("/tmp/target", "0\n");
+    EXPECT_EQ(sw_is_wan_vid(2), 1);
+    stage::writeFile("/tmp/target", "2\n");
+    EXPECT_EQ(check_network_ip("10.1.0.0"), -1);
+}
+
+TEST_P(InAPlace, AnAddressLinkIsNoAnswer) {
+    link(kAnswers[1], "eth1.2\n");
+    stage::writeFile(kAnswers[0], "2\n");
+    EXPECT_EQ(check_network_ip("10.1.0.0"), 0);
+}
+
+TEST_P(InAPlace, APipeIsNoAnswer) {
+    for (const char *answer : kAnswers) {
+        fifo(answer);
+    }
+    EXPECT_EQ(sw_is_lan_vid(2), 0);
+    EXPECT_EQ(sw_is_wan_vid(2), 1);
+    EXPECT_EQ(check_network_ip("10.1.0.0"), -1);
+}
+
+TEST_P(InAPlace, AnAddressPipeIsNoAnswer) {
+    fifo(kAnswers[1]);
+    stage::writeFile(kAnswers[0], "2\n");
+    EXPECT_EQ(check_network_ip("10.1.0.0"), 0);
+}
+
+TEST_P(InAPlace, WhatAPipeHoldsIsNoAnswer) {
+    fifo(kAnswers[0]);
+    const int writer = open(kAnswers[0], O_RDWR | O_NONBLOCK);
+    ASSERT_EQ(write(writer, "1\n", 2), 2);
+    const int before = stage::Stage::openDescriptors();
+    EXPECT_EQ(sw_is_lan_vid(2), 0);
+    EXPECT_EQ(stage::Stage::openDescriptors(), before);
+    close(writer);
+}
+
+INSTANTIATE_TEST_SUITE_P(Made, InAPlace, testing::Bool(),
+                         [](const auto &made) { return made.param ? "BySomebody" : "ByRoot"; });
+
 } // namespace
