@@ -12,6 +12,7 @@
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
+#include <sys/file.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -21,6 +22,7 @@
 #include <vector>
 
 #include "common/front_end.h"
+#include "common/frr_uci.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf.h"
 #include "ospf/frr_ospf_process.h"
@@ -357,6 +359,23 @@ TEST_F(InterruptedShell, TheFrontEndsAnswerIsWaitedFor) {
     const interruptions::Timer timer;
     EXPECT_EQ(sw_is_lan_vid(2), 17);
     EXPECT_EQ(sw_is_wan_vid(2), 17);
+}
+
+// ---- the store ----
+
+TEST_F(Interrupted, AnotherWriterOfTheStoreIsWaitedFor) {
+    writeFile("/etc/config/ospf", "config global 'global'\n");
+    const int writer = open("/etc/config/ospf", O_RDWR | O_CLOEXEC);
+    ASSERT_EQ(flock(writer, LOCK_EX), 0);
+    const interruptions::Timer timer;
+    {
+        const Other end([writer] { close(writer); });
+        EXPECT_EQ(frr_uci_set("ospf", "global", "status", "on"), 0);
+    }
+    char status[64];
+    EXPECT_EQ(frr_uci_get("ospf", "global", "status", status, sizeof status), 0);
+    EXPECT_STREQ(status, "on");
+    unlink("/etc/config/ospf");
 }
 
 // ---- pauses ----
