@@ -25,13 +25,14 @@
 #include "common/frr_uci.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf.h"
+#include "ospf/frr_ospf_enable.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/sw_ospf.h"
 #include "rip/frr_rip.h"
 #include "rip/sw_rip.h"
 #include "tests/support/interruptions.h"
 #include "vty/frr_util.h"
-#include "vty/views.h"
+#include "vty/startup.h"
 
 namespace {
 

@@ -19,7 +19,7 @@
 #include "rip/sw_rip.h"
 #include "tests/support/interruptions.h"
 #include "tests/support/stage.h"
-#include "vty/views.h"
+#include "vty/startup.h"
 
 namespace {
 
