@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "common/text.h"
+#include "common/uninterrupted.h"
 
 namespace frruci::common {
 
@@ -45,7 +46,8 @@ int openLocked(const char *path, int flags, int lock) {
         if (descriptor < 0) {
             return -1;
         }
-        const bool locked = flock(descriptor, lock) == 0 && fstat(descriptor, &opened) == 0;
+        const bool locked = uninterrupted([=] { return flock(descriptor, lock); }) == 0 &&
+                            fstat(descriptor, &opened) == 0;
         if (locked && stat(path, &named) == 0 && isSameFile(opened, named)) {
             return descriptor;
         }
