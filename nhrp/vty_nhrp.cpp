@@ -104,10 +104,13 @@ uint32_t frrVtyNhrpPrint(int32_t fd, const char *command) {
 }
 
 uint32_t vtyNhrpPrint(const char *command, const char *socket_path) {
-    frruci::vty::Session session(socket_path);
+    const frruci::vty::Session session(socket_path);
     if (!session.isOpen()) {
         return kNoConnection;
     }
-    const bool printed = session.run(kEnable) && frrVtyNhrpPrint(session.fd(), command) == kSuccess;
-    return printed ? kSuccess : kFailed;
+    char reply[frruci::vty::kReplyBytes] = {};
+    if (walk(session, {kEnable}, {reply, sizeof reply}) != kSuccess) {
+        return kFailed;
+    }
+    return frrVtyNhrpPrint(session.fd(), command) == kSuccess ? kSuccess : kFailed;
 }

@@ -16,7 +16,10 @@ using frruci::common::format;
 using frruci::vty::deliver;
 using frruci::vty::kCommandBytes;
 using frruci::vty::kOspfdSocket;
+using frruci::vty::kReplyBytes;
+using frruci::vty::Reply;
 using frruci::vty::Session;
+using frruci::vty::walk;
 using namespace frruci::ospf;
 
 constexpr const char *kLanInterface = "interface eth0.%d";
@@ -42,8 +45,10 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     if (interfaceLine(vlan) == nullptr) {
         return kFailed;
     }
-    Session session(kOspfdSocket);
-    if (!session.isOpen() || !session.run("en") || !session.run("configure")) {
+    const Session session(kOspfdSocket);
+    char text[kReplyBytes] = {};
+    const Reply reply = {text, kReplyBytes};
+    if (walk(session, {"en", "configure"}, reply) != kSuccess) {
         return kFailed;
     }
     // Fixed by the interface: asked a second time.
@@ -53,10 +58,7 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     }
     char context[kCommandBytes];
     format(context, line, vlan);
-    if (!session.run(context)) {
-        return kFailed;
-    }
-    return command == nullptr || session.run(command) ? kSuccess : kFailed;
+    return walk(session, {context, command}, reply) == kSuccess ? kSuccess : kFailed;
 }
 
 uint32_t vtyOspfConfigNetwork(uint32_t /*unused*/, uint32_t vlanId, const char *command,
@@ -75,11 +77,12 @@ uint32_t doVtyOspfConfigInterface(uint32_t /*unused*/, const char *interfaceName
 
 uint32_t vtyOspfShowOspf(uint32_t /*unused*/, const char *command, char *reply,
                          uint32_t /*selector*/) {
-    Session session(kOspfdSocket);
-    if (!session.isOpen() || !session.run("en")) {
+    const Session session(kOspfdSocket);
+    char text[kReplyBytes] = {};
+    if (walk(session, {"en"}, {text, kReplyBytes}) != kSuccess) {
         return kFailed;
     }
-    return command == nullptr || session.run(command, reply) ? kSuccess : kFailed;
+    return walk(session, {command}, {reply, kReplyBytes}) == kSuccess ? kSuccess : kFailed;
 }
 
 uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, uint32_t selector,

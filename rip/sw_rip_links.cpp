@@ -9,6 +9,7 @@
 #include "rip/sw_rip.h"
 #include "rip/vty_rip.h"
 #include "vty/daemons.h"
+#include "vty/session.h"
 
 namespace {
 
@@ -16,7 +17,9 @@ using namespace frruci::rip;
 using frruci::common::format;
 using frruci::common::kFailed;
 using frruci::common::kSuccess;
+using frruci::vty::deliver;
 using frruci::vty::kRipdSocket;
+using frruci::vty::ReplyPolicy;
 
 constexpr std::size_t kContextBytes = 64;
 
@@ -78,7 +81,7 @@ uint32_t sw_rip_if_cmd(const char *ifname, const char *command, const char *sock
     }
     char context[kContextBytes];
     format(context, "interface %s", ifname);
-    return deliver(socketPath, {"en", "config", context, command});
+    return deliver(socketPath, {"en", "config", context, command}, ReplyPolicy::kFresh);
 }
 
 uint32_t init_rip_interface() {

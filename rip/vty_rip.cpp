@@ -20,7 +20,9 @@ using frruci::common::kFailed;
 using frruci::common::kNoConnection;
 using frruci::common::kRefused;
 using frruci::common::kSuccess;
+using frruci::vty::deliver;
 using frruci::vty::kRipdSocket;
+using frruci::vty::ReplyPolicy;
 using frruci::vty::Session;
 
 constexpr int32_t kRipLines = 0; // mode of frrVtyPrint
@@ -41,20 +43,6 @@ uint32_t frruci::rip::sendInView(const char *view, const char *command, dlist **
     char reply[kViewReplyBytes] = {};
     return static_cast<uint32_t>(
         frrVtyAutoRun(view, kRipdSocket, command, params, kAnnouncedReplyBytes, reply));
-}
-
-uint32_t frruci::rip::deliver(const char *path, std::initializer_list<const char *> steps) {
-    Session session(path);
-    if (!session.isOpen()) {
-        return kFailed;
-    }
-    for (const char *step : steps) {
-        char reply[frruci::vty::kReplyBytes] = {};
-        if (!session.run(step, reply)) {
-            return kFailed;
-        }
-    }
-    return kSuccess;
 }
 
 uint32_t swRipAutoRun(const char *vrf, const char *command, int32_t replyLen, uint32_t /*selector*/,
@@ -81,7 +69,7 @@ uint32_t doVtyRipConfigInterface(const char *ifname, uint32_t /*selector*/, cons
     }
     char context[frruci::vty::kCommandBytes];
     format(context, "interface %s", ifname);
-    return deliver(kRipdSocket, {"enable", "configure", context, command});
+    return deliver(kRipdSocket, {"enable", "configure", context, command}, ReplyPolicy::kFresh);
 }
 
 uint32_t ripVtyPrint(const char *command, uint32_t /*selector*/) {

@@ -4,7 +4,6 @@
 #define FRRUCI_RIP_VTY_RIP_H
 
 #include <cstdint>
-#include <initializer_list>
 
 #include "common/dlist.h"
 
@@ -22,11 +21,6 @@ uint32_t sendToInstance(const char *vrf, const char *command, uint32_t side);
 /// Sends a command in the context of a view, whose parameters are used up.
 /// Result: that of frrVtyAutoRun as an unsigned number.
 uint32_t sendInView(const char *view, const char *command, dlist **params = nullptr);
-
-/// Sends the steps in order over one session, each only after the one before it succeeded and into
-/// a reply buffer of its own: a cut answer is not completed by an older one.
-/// Result: kSuccess, or kFailed when the connection or a step failed.
-uint32_t deliver(const char *path, std::initializer_list<const char *> steps);
 
 } // namespace frruci::rip
 

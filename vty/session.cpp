@@ -23,10 +23,6 @@ Session::~Session() {
     (void)frrVtyDisconnect(fd_); // refuses a session that never opened
 }
 
-bool Session::run(const char *command, char *reply) const {
-    return walk(*this, {command}, {reply, kReplyBytes}) == kSuccess;
-}
-
 int32_t walk(const Session &session, std::span<const char *const> steps, const Reply &reply) {
     if (!session.isOpen()) {
         return kFailed;

@@ -42,15 +42,8 @@ public:
     /// Gives the descriptor up without closing it.
     void leaveOpen() { fd_ = -1; }
 
-    /// One exchange into the session's own reply buffer; true when the daemon answered 0.
-    bool run(const char *command) { return run(command, reply_); }
-
-    /// One exchange into the caller's buffer of kReplyBytes.
-    bool run(const char *command, char *reply) const;
-
 private:
     int32_t fd_ = -1;
-    char reply_[kReplyBytes] = {};
 };
 
 /// The one walk into a context: sends the steps in order, each only after the one before it
