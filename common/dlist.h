@@ -8,7 +8,7 @@
  *
  * Misuse is answered by a status code and one line on standard output, which begins with the
  * function's name and a fixed number ("dlistAppend:349 thiz != NULL failed.", ended by CR LF). Only
- * dlistDestroy does not put up with a null list. */
+ * dlistDestroy ends the process on a null list. */
 #ifndef FRRUCI_COMMON_DLIST_H
 #define FRRUCI_COMMON_DLIST_H
 
