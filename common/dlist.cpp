@@ -76,7 +76,7 @@ void linkBefore(dlist *list, dlist_node *next, dlist_node *node) {
     ++list->count;
 }
 
-void unlink(dlist *list, dlist_node *node) {
+void unlinkNode(dlist *list, dlist_node *node) {
     (node->prev != nullptr ? node->prev->next : list->head) = node->next;
     (node->next != nullptr ? node->next->prev : list->tail) = node->prev;
     node->prev = nullptr;
@@ -176,7 +176,7 @@ int32_t dlistDelete(dlist *list, dlist_node *node) {
     if (node == nullptr) {
         return kSuccess;
     }
-    unlink(list, node);
+    unlinkNode(list, node);
     if (list->data_destroy != nullptr) {
         list->data_destroy(node->data);
     }

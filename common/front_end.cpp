@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The log line, the reply pipe, the shell-safety check and the questions to the Lua side.
+// The line numbers in messages: Fixed by the interface.
 
 #include "common/front_end.h"
 
@@ -26,10 +27,6 @@ constexpr const char *kAddressAnswer = "/tmp/cli_ipaddr";
 constexpr const char *kRefusedCharacters = "|\"$&'();<>[\\`";
 
 constexpr int kNotOpened = -1;
-
-// Line numbers in messages. Fixed by the interface.
-constexpr int kWanQuestionLine = 69;
-constexpr int kLanQuestionLine = 103;
 
 /// Holds SIGPIPE back: a reader that went away must not end the host.
 class PipeSignalHeld {
@@ -104,7 +101,7 @@ void askAddress(const char *module, const char *question, const char *ipText, co
 }
 
 bool isWanAddress(const char *ipText) {
-    askAddress("interface_wan", "is_wan_ip_addr", ipText, "get_wan_ip_addr", kWanQuestionLine);
+    askAddress("interface_wan", "is_wan_ip_addr", ipText, "get_wan_ip_addr", 69);
     char answer[64];
     return readAnswer(kAddressAnswer, answer) && !frruci::common::equals(answer, "none");
 }
@@ -126,7 +123,7 @@ bool is_local_ip_addr(const char *ipText) {
 }
 
 bool isInLanVlan(const char *ipText) {
-    askAddress("lan", "is_vlan_ipaddr", ipText, "get_vid_by_ip_addr", kLanQuestionLine);
+    askAddress("lan", "is_vlan_ipaddr", ipText, "get_vid_by_ip_addr", 103);
     char answer[1024];
     if (!readAnswer(kVidAnswer, answer)) {
         return false;

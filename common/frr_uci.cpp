@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The UCI store: one option set or read, a section added, the sections of a type walked.
+// The line numbers in messages: Fixed by the interface.
 
 #include "common/frr_uci.h"
 
@@ -28,10 +29,6 @@ using frruci::outside::rehearsed;
 constexpr int32_t kOutOfMemory = 1;
 constexpr int32_t kInvalid = 2;
 constexpr int32_t kNotFound = 3;
-
-// Line numbers in messages. Fixed by the interface.
-constexpr int kLoadFailedLine = 102;
-constexpr int kAddFailedLine = 108;
 
 /// One store operation of frr_uci_init.
 struct InitStep {
@@ -183,14 +180,14 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
     uci_package *loaded = nullptr;
     (void)load(context, named(package), &loaded); // every reason counts as not found below
     if (loaded == nullptr) {
-        record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", kLoadFailedLine, 1, named(package));
+        record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", 102, 1, named(package));
         uci_free_context(context);
         return happened(kNotFound);
     }
     uci_section *section = nullptr;
     const int32_t result = uci_add_section(context, loaded, type, &section);
     if (result != UCI_OK) {
-        record_log_act("frr_uci:%d:  ret=%d, uci_add_section %d\n", kAddFailedLine, result, result);
+        record_log_act("frr_uci:%d:  ret=%d, uci_add_section %d\n", 108, result, result);
     } else {
         // Fixed by the interface: the section stays anonymous, so the name shows in memory only.
         std::copy_n(named(name), std::min(strlen(named(name)), strlen(section->e.name)),
