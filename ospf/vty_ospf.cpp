@@ -5,7 +5,7 @@
 
 #include "common/front_end.h"
 #include "common/text.h"
-#include "ospf/results.h"
+#include "ospf/command.h"
 #include "vty/daemons.h"
 #include "vty/frr_util.h"
 #include "vty/session.h"
@@ -13,14 +13,8 @@
 namespace {
 
 using frruci::common::format;
-using frruci::vty::deliver;
-using frruci::vty::kCommandBytes;
-using frruci::vty::kOspfdSocket;
-using frruci::vty::kReplyBytes;
-using frruci::vty::Reply;
-using frruci::vty::Session;
-using frruci::vty::walk;
 using namespace frruci::ospf;
+using namespace frruci::vty;
 
 constexpr const char *kLanInterface = "interface eth0.%d";
 constexpr const char *kWanInterface = "interface eth1.%d";
@@ -31,6 +25,11 @@ const char *interfaceLine(int32_t vlan) {
         return kLanInterface;
     }
     return sw_is_wan_vid(vlan) != 0 ? kWanInterface : nullptr;
+}
+
+/// Any failure of the exchange is the one of this layer.
+uint32_t resultOf(int32_t exchange) {
+    return exchange == 0 ? kSuccess : kFailed;
 }
 
 } // namespace
@@ -48,7 +47,7 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     const Session session(kOspfdSocket);
     char text[kReplyBytes] = {};
     const Reply reply = {text, kReplyBytes};
-    if (walk(session, {"en", "configure"}, reply) != kSuccess) {
+    if (walk(session, {"en", "configure"}, reply) != 0) {
         return kFailed;
     }
     // Fixed by the interface: asked a second time.
@@ -58,7 +57,7 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     }
     char context[kCommandBytes];
     format(context, line, vlan);
-    return walk(session, {context, command}, reply) == kSuccess ? kSuccess : kFailed;
+    return resultOf(walk(session, {context, command}, reply));
 }
 
 uint32_t vtyOspfConfigNetwork(uint32_t /*unused*/, uint32_t vlanId, const char *command,
@@ -71,7 +70,7 @@ uint32_t vtyOspfConfigNetwork(uint32_t /*unused*/, uint32_t vlanId, const char *
 uint32_t doVtyOspfConfigInterface(uint32_t /*unused*/, const char *interfaceName,
                                   uint32_t /*unused2*/, const char *command) {
     char context[kCommandBytes];
-    format(context, "interface %s", interfaceName == nullptr ? "" : interfaceName);
+    format(context, "interface %s", orEmpty(interfaceName));
     return deliver(kOspfdSocket, {"en", "configure", context, command});
 }
 
@@ -79,10 +78,10 @@ uint32_t vtyOspfShowOspf(uint32_t /*unused*/, const char *command, char *reply,
                          uint32_t /*selector*/) {
     const Session session(kOspfdSocket);
     char text[kReplyBytes] = {};
-    if (walk(session, {"en"}, {text, kReplyBytes}) != kSuccess) {
-        return kFailed;
-    }
-    return walk(session, {command}, {reply, kReplyBytes}) == kSuccess ? kSuccess : kFailed;
+    const int32_t entered = walk(session, {"en"}, {text, kReplyBytes});
+    return onceAccepted(resultOf(entered), [&] {
+        return resultOf(walk(session, {command}, {reply, kReplyBytes}));
+    });
 }
 
 uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, uint32_t selector,
@@ -92,6 +91,5 @@ uint32_t vtyPrint(const char *command, const char *socketPath, uint32_t kind, ui
         return kNoConnection;
     }
     uint8_t code = 0;
-    return frrVtyPrint(session.fd(), command, &code, kind, selector, extra) == 0 ? kSuccess
-                                                                                 : kFailed;
+    return resultOf(frrVtyPrint(session.fd(), command, &code, kind, selector, extra));
 }
