@@ -3,6 +3,7 @@
 
 #include "vty/views.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
@@ -168,7 +169,7 @@ int32_t frrVtyParamGet(dlist **holder, const char *key, char *out) {
     }
     const char *value = static_cast<const FrrVtyParam *>(node->data)->value;
     const std::size_t length = strlen(value);
-    memcpy(out, value, length);
+    std::copy_n(value, length, out); // no NUL
     if (dlistDelete(*holder, node) != kSuccess) {
         return kNoParameter;
     }
