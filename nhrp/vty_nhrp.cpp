@@ -5,7 +5,6 @@
 #include "nhrp/vty_nhrp.h"
 
 #include <cstddef>
-#include <cstring>
 
 #include "common/front_end.h"
 #include "common/outside.h"
