@@ -57,7 +57,7 @@ struct Builder {
 };
 
 struct Phrase {
-    Builder builder;
+    [[no_unique_address]] Builder builder; // its padding takes what follows
     uint8_t wordCount;
     char words[32] = {}; // each with its NUL, any word an empty one; pointers would take more flash
 
@@ -96,7 +96,7 @@ constexpr Phrase kPhrases[] = {
 
 /// A global setting.
 struct Keyword {
-    const char *word;
+    char word[24]; // a text, not a pointer, which would take more flash
     uint32_t (*build)(uint16_t vrf, const char *value);
 };
 

@@ -78,7 +78,7 @@ void switchOff() {
 // ---- keywords ----
 
 struct Keyword {
-    const char *word;
+    char word[20]; // a text, not a pointer, which would take more flash
     int32_t (*handle)(int32_t argc, char **argv);
 };
 

@@ -35,7 +35,7 @@ constexpr uint32_t kFirstKeyId = 1;
 constexpr uint32_t kBothVersions = 3;
 
 struct SplitHorizonMode {
-    const char *word;
+    char word[16]; // a text, not a pointer, which would take more flash
     uint32_t poisoned;
 };
 constexpr SplitHorizonMode kSplitHorizonModes[] = {

@@ -56,8 +56,8 @@ uint32_t asStatus(uint32_t modelResult) {
 // ---- settings with a value ----
 
 struct ValueSetting {
-    Range range; // accepted when enabling
-    const char *keyword;
+    Range range;      // accepted when enabling
+    char keyword[16]; // a text, not a pointer, which would take more flash
     uint32_t initial; // stored when disabling
     uint32_t (*store)(const char *vrf, uint32_t value);
 };

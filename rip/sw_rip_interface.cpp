@@ -44,8 +44,8 @@ uint32_t sendAndStore(const char *ifname, RipNetIf key, const char *command,
 // ---- versions ----
 
 struct VersionSetting {
-    const char *keyword;
-    Range accepted; // when enabling
+    char keyword[8]; // a text, not a pointer, which would take more flash
+    Range accepted;  // when enabling
     uint32_t (*store)(RipNetIf key, uint32_t value);
 };
 

@@ -23,9 +23,9 @@ using frruci::vty::ReplyPolicy;
 
 constexpr std::size_t kContextBytes = 64;
 
-struct Link {
-    const char *name;
-    const char *address;
+struct Link { // texts, not pointers, which would take more flash
+    char name[8];
+    char address[16];
     uint32_t selector;
 };
 constexpr Link kLinks[] = {
@@ -35,8 +35,8 @@ constexpr Link kLinks[] = {
 constexpr const char *kLinkMask = "255.255.255.252";
 
 struct LinkCommand {
-    const char *command;
-    const char *name; // in the failure text; "recive": Fixed by the interface
+    char command[28];
+    char name[8]; // in the failure text; "recive": Fixed by the interface
 };
 constexpr LinkCommand kLinkCommands[] = {
     {"ip rip send version 2",      "send"  },
