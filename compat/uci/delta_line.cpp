@@ -37,8 +37,16 @@ constexpr int kBadLine = UCI_ERR_INVAL;
 
 // The appliers give UCI_OK, UCI_ERR_MEM, or another code for a line that cannot be applied.
 
+int applySet(Work &work) {
+    bool changed = false;
+    return setValue(work.target, work.line.value, changed);
+}
+
 int applyAdd(Work &work) {
-    if (work.line.option != nullptr || work.line.value == nullptr || !isWord(work.line.value)) {
+    if (work.line.option != nullptr || *work.line.value == '\0') {
+        return applySet(work);
+    }
+    if (!isWord(work.line.value)) {
         return kBadLine;
     }
     // Always a new one: two writers that add at the same time make up the same name.
@@ -55,45 +63,44 @@ bool isFound(const Target &target) {
 }
 
 int applyRemove(Work &work) {
-    if (work.line.value != nullptr || !isFound(work.target)) {
+    if (!isFound(work.target)) {
         return kBadLine;
     }
-    removeTarget(work.target);
+    uci_option *option = work.target.option;
+    const char *value = work.line.value;
+    if (option == nullptr || option->type != UCI_TYPE_LIST || value == nullptr || *value == '\0') {
+        removeTarget(work.target);
+        return UCI_OK;
+    }
+    char *end = nullptr;
+    const long index = strtol(value, &end, 10); // a value says which item of a list
+    if (end == value) {
+        return kBadLine;
+    }
+    removeItemAt(option, static_cast<int>(index));
     return UCI_OK;
 }
 
-int applySet(Work &work) {
-    if (work.line.value == nullptr || !isStorable(work.line.value)) {
-        return kBadLine;
-    }
-    bool changed = false;
-    return setValue(work.target, work.line.value, changed);
-}
-
 int applyRename(Work &work) {
-    const char *name = work.line.value;
-    if (name == nullptr || !isName(name) || !isFound(work.target)) {
+    if (!isName(work.line.value) || !isFound(work.target)) {
         return kBadLine;
     }
     uci_section *section = work.target.section;
     uci_option *option = work.target.option;
-    // A second element of that name could not be read back.
-    if (findFirst(option != nullptr ? section->options : work.target.package->sections, name)) {
-        return kBadLine;
-    }
     section->anonymous = section->anonymous && option != nullptr;
-    return renameElement(option != nullptr ? option->e : section->e, name);
+    return renameElement(option != nullptr ? option->e : section->e, work.line.value);
 }
 
 int applyReorder(Work &work) {
     uci_section *section = work.target.section;
-    if (work.line.value == nullptr || section == nullptr || work.line.option != nullptr) {
+    if (section == nullptr || work.line.option != nullptr) {
         return kBadLine;
     }
     unlinkEntry(section->e.list);
     uci_list &sections = work.target.package->sections;
     uci_list *place = sections.next;
-    for (long left = strtol(work.line.value, nullptr, 10); left > 0 && place != &sections; --left) {
+    auto left = static_cast<int>(strtoul(work.line.value, nullptr, 10));
+    for (; left > 0 && place != &sections; --left) {
         place = place->next;
     }
     insertBefore(*place, section->e.list);
@@ -101,8 +108,7 @@ int applyReorder(Work &work) {
 }
 
 int applyListAdd(Work &work) {
-    if (work.line.value == nullptr || !isStorable(work.line.value) ||
-        work.target.section == nullptr || work.line.option == nullptr) {
+    if (work.target.section == nullptr || work.line.option == nullptr) {
         return kBadLine;
     }
     uci_option *option = work.target.option;
@@ -113,11 +119,13 @@ int applyListAdd(Work &work) {
 }
 
 int applyListRemove(Work &work) {
-    uci_option *option = work.target.option;
-    if (work.line.value == nullptr || option == nullptr || option->type != UCI_TYPE_LIST) {
+    if (work.target.section == nullptr || work.line.option == nullptr) {
         return kBadLine;
     }
-    removeItems(option, work.line.value);
+    uci_option *option = work.target.option;
+    if (option != nullptr && option->type == UCI_TYPE_LIST) {
+        removeItems(option, work.line.value);
+    }
     return UCI_OK;
 }
 
@@ -145,19 +153,21 @@ char *cutAt(char *text, char separator) {
     return found;
 }
 
-/// Splits a line in place; false when it does not concern package or has no legal names.
+/// Splits a line in place; false when it does not concern package or has no legal parts.
 bool splitLine(char *text, const char *package, DeltaLine &line) {
     line.change = takeMark(text);
-    const std::size_t length = strlen(package);
-    if (strncmp(text, package, length) != 0 || text[length] != '.') {
+    line.value = cutAt(text, '=');
+    char *section = cutAt(text, '.');
+    char *option = cutAt(section, '.');
+    if (strcmp(text, package) != 0 || section == nullptr || cutAt(option, '.') != nullptr) {
         return false;
     }
-    char *section = text + length + 1;
-    line.value = cutAt(section, '=');
-    line.option = cutAt(section, '.');
     line.section = section;
+    line.option = option;
     line.package = package;
-    return isName(section) && (line.option == nullptr || isName(line.option));
+    const bool hasValue = line.value != nullptr;
+    return isName(section) && (option == nullptr || isName(option)) &&
+           (hasValue ? isStorable(line.value) : line.change == Change::Remove);
 }
 
 /// The records that the line names. The last of equal names: changes of a new section follow it.
@@ -177,7 +187,7 @@ void findRecords(Work &work, uci_package *package) {
 
 int applyLine(uci_package *package, char *text) {
     Work work = {};
-    if (text == nullptr || !splitLine(text, package->e.name, work.line)) {
+    if (!splitLine(text, package->e.name, work.line)) {
         return kBadLine;
     }
     findRecords(work, package);
@@ -207,23 +217,16 @@ void appendDeltaLine(Text &out, const DeltaLine &line) {
 
 int applyDeltas(uci_package *package, const char *text, std::size_t length, int &applied) {
     Words words(text, length);
-    Text line;
-    Text extra;
-    while (words.skipToCommand()) {
-        const char *start = words.position();
-        const bool whole = words.next(line) == Token::Word && words.next(extra) == Token::LineEnd;
-        const int code = whole ? applyLine(package, line.characters()) : kBadLine;
-        if (code == UCI_ERR_MEM || line.failed()) {
-            return UCI_ERR_MEM;
+    while (words.nextLine()) {
+        std::size_t word = 0;
+        const bool whole = words.next(word) && *words.rest() == '\0';
+        const int code = whole ? applyLine(package, words.at(word)) : kBadLine;
+        if (code == UCI_ERR_MEM) {
+            return code;
         }
         applied += code == UCI_OK ? 1 : 0;
-        if (!whole) {
-            // Each line stands alone: a bad one must not take the next with it.
-            words.seek(start);
-            words.skipLine();
-        }
     }
-    return UCI_OK;
+    return words.noMemory() ? UCI_ERR_MEM : UCI_OK;
 }
 
 } // namespace frruci::uci

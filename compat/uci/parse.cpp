@@ -3,6 +3,8 @@
 
 #include "parse.h"
 
+#include <cstring>
+
 #include "name_index.h"
 #include "records.h"
 #include "words.h"
@@ -14,19 +16,48 @@ namespace {
 /// One file on its way into a package.
 struct Reading {
     uci_package *package;
+    Words &words;
     uci_section *section; ///< where options go; null before the first config
     NameIndex names;
-    Text words[2]; ///< arguments of the current command; missing ones are empty
 };
+
+bool isPackageName(const char *text) {
+    const char *at = text;
+    while (*at == '-' || isNameCharacter(*at)) {
+        ++at;
+    }
+    return at != text && *at == '\0';
+}
+
+/// True when nothing but a separator follows in the line.
+bool atCommandEnd(Words &words) {
+    std::size_t extra = 0;
+    words.skipSpaces();
+    return words.next(extra) && *words.at(extra) == '\0';
+}
+
+/// The two words behind a command and nothing else; the second may be missing.
+bool takeTwo(Words &words, std::size_t &first, std::size_t &second) {
+    return words.next(first) && *words.at(first) != '\0' && words.next(second) &&
+           atCommandEnd(words);
+}
 
 int readPackage(Reading &reading) {
     // Intended: the name is checked only; a file is named after itself.
-    return isWord(reading.words[0].data()) ? UCI_OK : UCI_ERR_PARSE;
+    std::size_t name = 0;
+    const bool whole = reading.words.next(name) && isPackageName(reading.words.at(name)) &&
+                       atCommandEnd(reading.words);
+    return whole ? UCI_OK : UCI_ERR_PARSE;
 }
 
 int readConfig(Reading &reading) {
-    const char *type = reading.words[0].data();
-    const char *name = reading.words[1].data();
+    std::size_t first = 0;
+    std::size_t second = 0;
+    if (!takeTwo(reading.words, first, second)) {
+        return UCI_ERR_PARSE;
+    }
+    const char *type = reading.words.at(first);
+    const char *name = reading.words.at(second);
     if (!isWord(type) || (*name != '\0' && !isName(name))) {
         return UCI_ERR_PARSE;
     }
@@ -56,9 +87,14 @@ uci_option *note(Reading &reading, uci_option *made) {
 }
 
 int readOption(Reading &reading) {
-    const char *name = reading.words[0].data();
-    const char *value = reading.words[1].data();
-    if (reading.section == nullptr || !isName(name)) {
+    std::size_t first = 0;
+    std::size_t second = 0;
+    if (reading.section == nullptr || !takeTwo(reading.words, first, second)) {
+        return UCI_ERR_PARSE;
+    }
+    const char *name = reading.words.at(first);
+    const char *value = reading.words.at(second);
+    if (!isName(name)) {
         return UCI_ERR_PARSE;
     }
     if (*value == '\0') {
@@ -73,28 +109,32 @@ int readOption(Reading &reading) {
 }
 
 int readList(Reading &reading) {
-    const char *name = reading.words[0].data();
-    if (reading.section == nullptr || !isName(name)) {
+    std::size_t first = 0;
+    std::size_t second = 0;
+    if (reading.section == nullptr || !takeTwo(reading.words, first, second)) {
+        return UCI_ERR_PARSE;
+    }
+    const char *name = reading.words.at(first);
+    if (!isName(name)) {
         return UCI_ERR_PARSE;
     }
     uci_option *option = knownOption(reading, name);
     if (option == nullptr) {
         option = note(reading, appendListOption(reading.section, name));
     }
-    return option != nullptr ? appendItem(option, reading.words[1].data()) : UCI_ERR_MEM;
+    return option != nullptr ? appendItem(option, reading.words.at(second)) : UCI_ERR_MEM;
 }
 
 struct Command {
     const char *word;
-    std::size_t arguments; ///< at most
     int (*read)(Reading &reading);
 };
 
 constexpr Command kCommands[] = {
-    {"package", 1, readPackage},
-    {"config",  2, readConfig },
-    {"option",  2, readOption },
-    {"list",    2, readList   },
+    {"package", readPackage},
+    {"config",  readConfig },
+    {"option",  readOption },
+    {"list",    readList   },
 };
 
 /// The command of that word or first letter; null if there is none.
@@ -107,27 +147,21 @@ const Command *findCommand(const char *word) {
     return nullptr;
 }
 
-/// Takes the words up to the command's end.
-int takeArguments(Words &words, Reading &reading, std::size_t atMost) {
-    for (Text &word : reading.words) {
-        word.clear();
-    }
-    Text extra;
-    std::size_t count = 0;
+/// The commands of one line, separated by semicolons.
+int readLine(Reading &reading) {
+    reading.words.skipSpaces();
     for (;;) {
-        switch (words.next(count < atMost ? reading.words[count] : extra)) {
-        case Token::Word:
-            if (++count > atMost) {
-                return UCI_ERR_PARSE;
-            }
-            break;
-        case Token::Separator:
-        case Token::LineEnd:
+        const char *word = reading.words.command();
+        if (word == nullptr || *word == '#') {
             return UCI_OK;
-        case Token::Malformed:
+        }
+        const Command *command = findCommand(word);
+        if (command == nullptr || !reading.words.skipCommand()) {
             return UCI_ERR_PARSE;
-        case Token::NoMemory:
-            return UCI_ERR_MEM;
+        }
+        const int code = command->read(reading);
+        if (code != UCI_OK) {
+            return code;
         }
     }
 }
@@ -136,23 +170,14 @@ int takeArguments(Words &words, Reading &reading, std::size_t atMost) {
 
 int parsePackage(uci_package *package, const char *text, std::size_t length) {
     Words words(text, length);
-    Reading reading = {package, nullptr, {}, {}};
-    Text word;
-    while (words.skipToCommand()) {
-        const bool whole = words.command(word);
-        const Command *command = whole ? findCommand(word.data()) : nullptr;
-        if (command == nullptr) {
-            return word.failed() ? UCI_ERR_MEM : UCI_ERR_PARSE;
-        }
-        int code = takeArguments(words, reading, command->arguments);
-        if (code == UCI_OK) {
-            code = command->read(reading);
-        }
+    Reading reading = {package, words, nullptr, {}};
+    while (words.nextLine()) {
+        const int code = readLine(reading);
         if (code != UCI_OK) {
-            return code;
+            return words.noMemory() ? UCI_ERR_MEM : code;
         }
     }
-    return UCI_OK;
+    return words.noMemory() ? UCI_ERR_MEM : UCI_OK;
 }
 
 } // namespace frruci::uci

@@ -28,10 +28,6 @@ template <class Record> Record *newRecord(uci_type type, const char *name) {
     return record;
 }
 
-bool isDigitOrLetter(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 /// The name that libuci gives to a section without one.
 void makeUpName(char (&name)[32], int count, const char *type) {
     uint32_t hash = 5381;
@@ -114,9 +110,13 @@ uci_element *findLast(uci_list &head, const char *name) {
     return nullptr;
 }
 
+bool isNameCharacter(char c) {
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_';
+}
+
 bool isName(const char *text) {
     const char *at = text;
-    while (isDigitOrLetter(*at) || *at == '_') {
+    while (isNameCharacter(*at)) {
         ++at;
     }
     return at != text && *at == '\0';
@@ -177,6 +177,9 @@ void freePackage(uci_package *package) {
 
 uci_section *appendSection(uci_package *package, const char *type, const char *name) {
     char madeUp[32];
+    if (name != nullptr && *name == '\0') {
+        name = nullptr;
+    }
     if (name == nullptr) {
         makeUpName(madeUp, package->n_section + 1, type);
     }
@@ -208,6 +211,8 @@ int setType(uci_section *section, const char *type) {
     if (copy == nullptr) {
         return UCI_ERR_MEM;
     }
+    // A type of another length makes a new section in libuci, which then has the old one's name.
+    section->anonymous = section->anonymous && strlen(copy) == strlen(section->type);
     free(section->type);
     section->type = copy;
     return UCI_OK;
@@ -278,6 +283,18 @@ void removeItems(uci_option *option, const char *value) {
             unlinkEntry(item->list);
             freeElement(item);
         }
+    }
+}
+
+void removeItemAt(uci_option *option, int index) {
+    uci_list *entry = option->v.list.next;
+    while (entry != &option->v.list && index != 0) {
+        entry = entry->next;
+        --index;
+    }
+    if (entry != &option->v.list) {
+        unlinkEntry(*entry);
+        freeElement(elementOf(entry));
     }
 }
 

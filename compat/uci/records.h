@@ -43,7 +43,9 @@ uci_element *findFirst(uci_list &head, const char *name);
 /// The last element of that name, or null.
 uci_element *findLast(uci_list &head, const char *name);
 
-/// Letters, digits and underscore, at least one.
+/// A letter, a digit or an underscore.
+bool isNameCharacter(char c);
+/// Name characters, at least one.
 bool isName(const char *text);
 /// Printable characters without blanks, at least one: section types and package names.
 bool isWord(const char *text);
@@ -74,6 +76,8 @@ uci_option *appendListOption(uci_section *section, const char *name);
 int appendItem(uci_option *option, const char *value);
 /// Removes every item of that text.
 void removeItems(uci_option *option, const char *value);
+/// Removes the item of that number, counted from 0, if there is one.
+void removeItemAt(uci_option *option, int index);
 int renameElement(uci_element &element, const char *name);
 
 } // namespace frruci::uci

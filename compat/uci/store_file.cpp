@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -73,6 +74,24 @@ std::size_t folderLength(const char *path) {
     return slash == nullptr ? 0 : static_cast<std::size_t>(slash - path) + 1;
 }
 
+/// Removes the temporary files of writers that were killed. The file's lock is held, so that no
+/// other writer has one now.
+void removeLeftovers(const char *folder, const char *name) {
+    DIR *const entries = opendir(folder);
+    if (entries == nullptr) {
+        return;
+    }
+    const std::size_t length = strlen(name);
+    while (const dirent *entry = readdir(entries)) {
+        const char *at = entry->d_name;
+        if (at[0] == '.' && strncmp(at + 1, name, length) == 0 &&
+            strncmp(at + 1 + length, ".uci-", 5) == 0 && strlen(at + 1 + length) == 5 + 6) {
+            (void)unlinkat(dirfd(entries), at, 0); // a later commit tries again
+        }
+    }
+    (void)closedir(entries);
+}
+
 int replaceResolved(const char *target, const char *name, mode_t mode, const Text &content) {
     Text folder;
     folder.append(target, folderLength(target));
@@ -80,6 +99,7 @@ int replaceResolved(const char *target, const char *name, mode_t mode, const Tex
     if (folder.failed() || asprintf(&temporary, "%s.%s.uci-XXXXXX", folder.data(), name) < 0) {
         return UCI_ERR_MEM;
     }
+    removeLeftovers(folder.data(), name);
     int code = UCI_ERR_IO;
     const int descriptor = mkostemp(temporary, O_CLOEXEC);
     if (descriptor >= 0) {

@@ -3,170 +3,191 @@
 
 #include "words.h"
 
+#include <cstdlib>
+#include <cstring>
+
 namespace frruci::uci {
 
 namespace {
 
-bool isBlank(char c) {
-    return c == ' ' || c == '\t' || c == '\r' || c == '\v' || c == '\f';
-}
+/// Where a line with a NUL byte is taken to end depends on this and on its doubling.
+constexpr std::size_t kFirstCapacity = 32;
+constexpr char kBlanks[] = " \t";
 
 bool isSpace(char c) {
-    return isBlank(c) || c == '\n';
-}
-
-/// Blanks and the characters with a meaning of their own; NUL is refused.
-bool endsBare(char c) {
-    switch (c) {
-    case '\'':
-    case '"':
-    case '\\':
-    case '#':
-    case ';':
-    case '\0':
-        return true;
-    default:
-        return isSpace(c);
-    }
+    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 } // namespace
 
-/// Length of the backslash and line end that stand here and join two lines; 0 if others do.
-std::size_t Words::joinLength() const {
-    const auto left = static_cast<std::size_t>(end_ - at_);
-    if (left >= 2 && at_[0] == '\\' && at_[1] == '\n') {
-        return 2;
-    }
-    return left >= 3 && at_[0] == '\\' && at_[1] == '\r' && at_[2] == '\n' ? 3 : 0;
+Words::~Words() {
+    free(line_);
 }
 
-void Words::skipBlanks() {
-    while (!atEnd()) {
-        const std::size_t join = joinLength();
-        if (join == 0 && !isBlank(*at_)) {
+bool Words::grow() {
+    const std::size_t capacity = capacity_ == 0 ? kFirstCapacity : capacity_ * 2;
+    auto *line = static_cast<char *>(realloc(line_, capacity));
+    if (line == nullptr) {
+        noMemory_ = true;
+        return false;
+    }
+    line_ = line;
+    capacity_ = capacity;
+    return true;
+}
+
+/// Copies up to a line's end what has room with its NUL, and returns how much that was.
+std::size_t Words::take(char *place, std::size_t room) {
+    std::size_t count = 0;
+    while (count + 1 < room && next_ != end_) {
+        place[count++] = *next_;
+        if (*next_++ == '\n') {
             break;
         }
-        at_ += join == 0 ? 1 : join;
     }
+    place[count] = '\0';
+    return count;
 }
 
-void Words::skipToLineEnd() {
-    while (!atEnd() && *at_ != '\n') {
-        ++at_;
+/// Reads one line from there on; nothing at the end of the text.
+void Words::readAt(std::size_t place) {
+    if (place + 1 >= capacity_ && !grow()) {
+        return;
     }
-}
-
-void Words::skipLine() {
-    skipToLineEnd();
-    if (!atEnd()) {
-        ++at_;
-    }
-}
-
-bool Words::skipToCommand() {
-    skipBlanks();
-    while (!atEnd() && (*at_ == '\n' || *at_ == '#')) {
-        skipLine();
-        skipBlanks();
-    }
-    return !atEnd();
-}
-
-bool Words::command(Text &word) {
-    word.clear();
-    const char *from = at_;
-    while (!atEnd() && !isSpace(*at_)) {
-        ++at_;
-    }
-    word.append(from, static_cast<std::size_t>(at_ - from));
-    return !atEnd() && (*at_ == ' ' || *at_ == '\t');
-}
-
-Token Words::next(Text &word) {
-    word.clear();
-    skipBlanks();
-    if (!atEnd() && *at_ == ';' && (at_ + 1 == end_ || isSpace(at_[1]))) {
-        ++at_;
-        return Token::Separator;
-    }
-    if (atEnd() || *at_ == '\n' || *at_ == '#' || *at_ == ';') {
-        skipLine();
-        return Token::LineEnd;
-    }
-    return takeWord(word);
-}
-
-Token Words::takeWord(Text &word) {
-    while (!atEnd() && !isSpace(*at_) && *at_ != '#') {
-        // Intended: right behind a word a semicolon loses the rest of the line, as in libuci.
-        if (*at_ == ';') {
-            skipToLineEnd();
-            break;
+    for (;;) {
+        if (take(line_ + place, capacity_ - place) == 0 || line_[place] == '\0') {
+            return;
         }
-        if (!takePiece(word)) {
-            return Token::Malformed;
+        place += strlen(line_ + place); // less than was taken where there is a NUL
+        filled_ = place;
+        if (line_[place - 1] == '\n' || !grow()) {
+            return;
         }
     }
-    return word.failed() ? Token::NoMemory : Token::Word;
 }
 
-bool Words::takePiece(Text &word) {
-    switch (*at_) {
-    case '\'':
-        return takeSingleQuoted(word);
-    case '"':
-        return takeDoubleQuoted(word);
-    case '\\':
-        takeEscaped(word);
+bool Words::nextLine() {
+    if (next_ == end_) {
+        return false;
+    }
+    at_ = 0;
+    readAt(0);
+    return !noMemory_;
+}
+
+void Words::skipSpaces() {
+    while (isSpace(line_[at_])) {
+        ++at_;
+    }
+}
+
+const char *Words::command() {
+    char *word = line_ + at_ + strspn(line_ + at_, kBlanks);
+    word[strcspn(word, kBlanks)] = '\0';
+    return *word == '\0' ? nullptr : word;
+}
+
+bool Words::skipCommand() {
+    at_ += strlen(line_ + at_) + 1;
+    return at_ <= filled_;
+}
+
+bool Words::next(std::size_t &word) {
+    skipSpaces();
+    word = at_;
+    std::size_t target = at_;
+    if (line_[at_] == ';') {
+        line_[at_++] = '\0';
         return true;
+    }
+    do {
+        if (line_[at_] == '#') {
+            line_[at_] = '\0';
+        }
+        if (line_[at_] == ';' || line_[at_] == '\0') {
+            break;
+        }
+        if (!takePiece(target)) {
+            return false;
+        }
+    } while (line_[at_] != '\0' && !isSpace(line_[at_]));
+    if (line_[at_] != '\0' && line_[at_] != ';') {
+        ++at_; // the blank, where the word's NUL may come to stand
+    }
+    line_[target] = '\0';
+    return !noMemory_;
+}
+
+/// A quoted part, an escaped character or a bare one.
+bool Words::takePiece(std::size_t &target) {
+    switch (line_[at_]) {
+    case '\'':
+        return takeSingleQuoted(target);
+    case '"':
+        return takeDoubleQuoted(target);
+    case '\\':
+        return takeEscaped(target);
     default:
-        return takeBare(word);
+        keep(target);
+        return true;
     }
 }
 
-/// Characters without a meaning of their own, at least one.
-bool Words::takeBare(Text &word) {
-    const char *from = at_;
-    while (!atEnd() && !endsBare(*at_)) {
-        ++at_;
-    }
-    word.append(from, static_cast<std::size_t>(at_ - from));
-    return at_ != from; // only a NUL can stand here
-}
-
-bool Words::takeSingleQuoted(Text &word) {
-    const char *from = ++at_;
-    while (!atEnd() && *at_ != '\'' && *at_ != '\0') {
-        ++at_;
-    }
-    word.append(from, static_cast<std::size_t>(at_ - from));
-    return !atEnd() && *at_++ == '\'';
-}
-
-bool Words::takeDoubleQuoted(Text &word) {
+bool Words::takeSingleQuoted(std::size_t &target) {
     ++at_;
-    while (!atEnd() && *at_ != '"' && *at_ != '\0') {
-        if (*at_ == '\\') {
-            takeEscaped(word);
-        } else {
-            word.append(*at_++);
+    while (line_[at_] != '\'') {
+        if (line_[at_] != '\0') {
+            keep(target);
+            continue;
+        }
+        readAt(at_);
+        if (noMemory_ || line_[at_] == '\0') {
+            return false;
         }
     }
-    return !atEnd() && *at_++ == '"';
+    ++at_;
+    return true;
+}
+
+bool Words::takeDoubleQuoted(std::size_t &target) {
+    ++at_;
+    while (line_[at_] != '"') {
+        if (line_[at_] == '\\') {
+            if (!takeEscaped(target)) {
+                return false;
+            }
+            continue;
+        }
+        if (line_[at_] != '\0') {
+            keep(target);
+            continue;
+        }
+        readAt(at_);
+        if (noMemory_ || line_[at_] == '\0') {
+            return false;
+        }
+    }
+    ++at_;
+    return true;
+}
+
+/// True when the line ends here, and the next one was read into its place.
+bool Words::join() {
+    const char *here = line_ + at_;
+    if (*here != '\0' && *here != '\n' && strcmp(here, "\r\n") != 0) {
+        return false;
+    }
+    readAt(at_);
+    return true;
 }
 
 /// A backslash and what it does: joins lines, or takes one character literally.
-void Words::takeEscaped(Text &word) {
-    const std::size_t join = joinLength();
-    if (join != 0) {
-        at_ += join;
-        return;
-    }
+bool Words::takeEscaped(std::size_t &target) {
     ++at_;
-    if (!atEnd() && *at_ != '\0') { // a NUL is left to be refused
-        word.append(*at_++);
+    if (!join()) {
+        keep(target);
     }
+    return !noMemory_;
 }
 
 } // namespace frruci::uci

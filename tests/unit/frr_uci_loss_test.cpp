@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "common/frr_uci.h"
+#include "tests/support/no_memory.h"
 #include "tests/unit/store_world.h"
 
 namespace {
@@ -316,5 +317,33 @@ TEST_F(FrrUciLoss, aWriterKilledAtEachCall) {
         }
     }
 }
+
+#ifndef FRRUCI_CARELESS // the double does not go on without memory
+// ---- Memory ----
+
+TEST_F(FrrUciLoss, aLackOfMemoryLeavesNoLockBehind) {
+    constexpr int kAllocations = 150; // more than one change makes
+    for (const char *package : {kByName, kByPath}) {
+        for (int number = 1; number <= kAllocations; ++number) {
+            begin(100, true);
+            SCOPED_TRACE(std::string(package) + ", allocation " + std::to_string(number));
+            const pid_t child = fork();
+            if (child == 0) {
+                alarm(20); // the only way out of a wait for this process
+                {
+                    const stage::NoMemory none(number);
+                    (void)frr_uci_set(package, "x", "o", "new");
+                }
+                _exit(frr_uci_set(package, "x", "o", "newer"));
+            }
+            int status = 0;
+            ASSERT_EQ(waitpid(child, &status, 0), child);
+            ASSERT_TRUE(WIFEXITED(status)) << "waited for itself";
+            EXPECT_EQ(WEXITSTATUS(status), 0);
+            EXPECT_TRUE(now().text.find("option o 'newer'") != std::string::npos);
+        }
+    }
+}
+#endif
 
 } // namespace
