@@ -12,7 +12,8 @@
  * Where libuci leaves room for loss this library is stricter: a commit drops the deltas only when
  * the new file is in place, locks the file that the path names when the lock is granted, gives
  * every added section of two writers a place of its own, and quotes a section type that would spoil
- * the file. A commit that is killed may leave a temporary file /etc/config/.NAME.uci-XXXXXX.
+ * the file. A commit that is killed may leave a temporary file /etc/config/.NAME.uci-XXXXXX, which
+ * the next one removes.
  *
  * Every int result is one of the UCI_ERR codes and is also kept in the context's err. A null
  * context gives UCI_ERR_INVAL. A context and its packages belong to one thread at a time. */
