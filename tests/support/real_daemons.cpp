@@ -201,7 +201,7 @@ Reply Router::configure(const std::string &daemon, const std::vector<std::string
     Reply reply;
     (void)waitFor([&] {
         reply = session(holder(daemon), all);
-        return reply.text.compare(0, std::strlen(kBusy), kBusy) != 0;
+        return reply.text.find(kBusy) == std::string::npos;
     });
     return reply;
 }

@@ -404,7 +404,8 @@ protected:
         const Words process = {"router rip", "timers basic 5 15 10", "network eth1.2",
                                "network 192.168.3.0/24"};
         for (const Words &lines : {chain, interface, process}) {
-            ASSERT_EQ(far.configure("ripd", lines).code, 0);
+            const routers::Reply reply = far.configure("ripd", lines);
+            ASSERT_EQ(reply.code, 0) << reply.text;
         }
     }
 
