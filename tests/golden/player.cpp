@@ -247,6 +247,7 @@ private:
     void compare(const char *what, bool same, const char *wanted, const char *got);
 
     void answer(const Words &words);
+    void present(const Words &words) { stage_.present(words.at[1].text); }
     void absent(const Words &words) { stage_.absent(words.at[1].text); }
     void deaf(const Words &words) { stage_.deaf(words.at[1].text); }
     void noPipe(const Words &words) { stage_.noPipe(words.at[1].text); }
@@ -271,6 +272,7 @@ private:
 
 constexpr Player::Keyword Player::kKeywords[] = {
     {"answer",      5, &Player::answer    },
+    {"present",     2, &Player::present   },
     {"absent",      2, &Player::absent    },
     {"deaf",        2, &Player::deaf      },
     {"no-pipe",     2, &Player::noPipe    },

@@ -279,9 +279,11 @@ Stage::Stage() {
     unlink("/tmp/cli_vid");
     unlink("/tmp/cli_ipaddr");
     dropStores();
-    for (int i = 0; i < kDaemonCount; ++i) {
+    for (int i = 0; i < kAlwaysThere; ++i) {
         listenAs(i);
     }
+    world->listeners[daemonIndex("mgmtd")] = -1;
+    unlink("/var/mgmtd.vty");
     for (int i = 0; i < kPipeCount; ++i) {
         makePipe(i);
     }
@@ -333,6 +335,12 @@ void Stage::answer(const char *daemon, const char *command, const Answer &answer
 
 void Stage::answerAll(const char *daemon, const Answer &answer) {
     addAnswer(daemonIndex(daemon), nullptr, answer);
+}
+
+void Stage::present(const char *daemon) {
+    const WorldLock lock;
+    listenAs(daemonIndex(daemon));
+    wakeThread();
 }
 
 void Stage::deaf(const char *daemon) {

@@ -1,11 +1,12 @@
 /* SPDX-License-Identifier: Apache-2.0 */
 /* The stage for tests that play the library's surroundings: fake daemons on the vty sockets, the
  * front-end's reply pipes, and stand-ins for the shell, the pauses and kill. Whatever leaves the
- * library becomes one line of an ordered trace:
+ * library becomes one line of an ordered trace. Pauses take no time, yet move the monotonic clock:
  *
  *     ospfd: en | configure | router ospf | distance 120     a session, its commands in order
  *     system: "zebra -d "          popen: ps -w | grep zebra
  *     sleep: 1      usleep: 10000      kill: 1234 9
+ *     silently: "zebra -d "        a shell command without standard output and error
  *     reply ospf_pipe_c2lua: ok                              one line for each line of a reply
  *
  * A session that the library left open ends in " | (left open)". Texts that a reader could not see
@@ -49,10 +50,12 @@ public:
     Stage(const Stage &) = delete;
     Stage &operator=(const Stage &) = delete;
 
-    /// daemon is "zebra", "ospfd", "ripd" or "nhrpd"; the newest matching rule serves.
+    /// daemon is "zebra", "ospfd", "ripd", "nhrpd" or "mgmtd"; the newest matching rule serves.
     void answer(const char *daemon, const char *command, const Answer &answer);
     /// Every command of that daemon that has no rule of its own.
     void answerAll(const char *daemon, const Answer &answer);
+    /// A daemon that is not there by itself: mgmtd.
+    void present(const char *daemon);
     /// No socket file at all.
     void absent(const char *daemon);
     /// A socket file without a listener.

@@ -12,8 +12,9 @@
 
 namespace stage {
 
-inline constexpr const char *kDaemons[] = {"zebra", "ospfd", "ripd", "nhrpd"};
-inline constexpr int kDaemonCount = 4;
+inline constexpr const char *kDaemons[] = {"zebra", "ospfd", "ripd", "nhrpd", "mgmtd"};
+inline constexpr int kDaemonCount = 5;
+inline constexpr int kAlwaysThere = 4; ///< mgmtd is there only when a test says so
 inline constexpr const char *kPipes[] = {"ospf_pipe_c2lua", "ospf_pipe_c2lua_neighbor",
                                          "ospf_pipe_c2lua_database", "nhrp_pipe_c2lua",
                                          "nhrp_pipe_c2lua_cache"};
@@ -66,6 +67,7 @@ struct World {
     Buffer logText;
     Buffer outputText;
     long logRead;
+    int64_t pausedMicroseconds; // how far the stand-ins' pauses have moved the clock
     int realStdout;
     int capturedStdout;
 };
