@@ -135,6 +135,12 @@ int openSession(const sockaddr_un &address, unsigned length) {
     return happened(result) < 0 ? -1 : fd;
 }
 
+void opened(const char *place, int fd) {
+    (void)happens(FRRUCI_CONNECT, place, nullptr); // it has happened
+    current.fd = fd;
+    (void)happened(0);
+}
+
 int sendCommand(int fd, const char *command) {
     ending = 0;
     if (!happens(FRRUCI_COMMAND, nullptr, command, fd)) {

@@ -31,6 +31,9 @@ bool isRehearsal();
 /// A descriptor connected to address; -1 when that failed.
 int openSession(const sockaddr_un &address, unsigned length);
 
+/// Shows a session that was opened without openSession.
+void opened(const char *place, int fd);
+
 /// Sends a command with its terminating zero; negative when that failed. A daemon that went away
 /// raises no SIGPIPE.
 int sendCommand(int fd, const char *command);

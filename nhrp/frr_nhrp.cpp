@@ -8,11 +8,11 @@
 #include <cstring>
 
 #include "common/front_end.h"
-#include "common/shell.h"
 #include "common/status.h"
 #include "common/table.h"
 #include "common/words.h"
 #include "nhrp/sw_nhrp.h"
+#include "vty/manager.h"
 
 namespace {
 
@@ -165,7 +165,7 @@ void process_nhrp_global(int32_t argc, char **argv) {
     if (argc == 1) {
         (void)record_log_act("frr_nhrp:%d: process_nhrp_global argc:%d,argv:%s\n\n", __LINE__, argc,
                              shown(argv[0]));
-        frruci::common::runShell("killall nhrpd;nhrpd -d");
+        (void)frruci::vty::startDaemon("killall nhrpd;nhrpd -d"); // the next exchange tells
     }
     // argc does not limit the words: after a restart, with argc 1, a keyword still counts.
     replyStatus(runKeyword(Words(2, argv + 1)));

@@ -7,12 +7,12 @@
 
 #include "common/front_end.h"
 #include "common/frr_uci.h"
-#include "common/outside.h"
 #include "common/status.h"
 #include "common/text.h"
 #include "nhrp/vty_nhrp.h"
 #include "ospf/frr_ospf_process.h"
 #include "vty/daemons.h"
+#include "vty/manager.h"
 
 namespace {
 
@@ -59,7 +59,7 @@ int32_t nhrp_enable() {
     }
     (void)record_log_act("sw_nhrp:%d: nhrp is starting\n", __LINE__);
     // "nhrp", where a restart runs "nhrpd". Fixed by the interface.
-    return frruci::outside::run("nhrp -d");
+    return frruci::vty::startDaemon("nhrp -d");
 }
 
 int32_t nhrp_set_interface(const char *ifname, int32_t flag) {

@@ -103,7 +103,7 @@ uint32_t frrVtyNhrpPrint(int32_t fd, const char *command) {
 }
 
 uint32_t vtyNhrpPrint(const char *command, const char *socket_path) {
-    const frruci::vty::Session session(socket_path);
+    frruci::vty::Session session(socket_path);
     if (!session.isOpen()) {
         return kNoConnection;
     }

@@ -9,9 +9,9 @@
 
 #include "common/front_end.h"
 #include "common/outside.h"
-#include "common/shell.h"
 #include "common/text.h"
 #include "common/uninterrupted.h"
+#include "vty/manager.h"
 
 namespace {
 
@@ -67,7 +67,7 @@ int32_t zebra_enable(void) {
         (void)record_log_act("frr_ospf:%d: zebra process exist\n", 180);
         return 0;
     }
-    frruci::common::runShell("zebra -d ");
+    (void)frruci::vty::startDaemon("zebra -d "); // the next exchange tells
     frruci::outside::pauseFor(kStartPauseSeconds);
     (void)record_log_act("frr_ospf:%d: zebra_enable\n", 185);
     return 0;

@@ -9,12 +9,12 @@
 
 #include "common/address.h"
 #include "common/front_end.h"
-#include "common/shell.h"
 #include "common/table.h"
 #include "common/text.h"
 #include "ospf/command.h"
 #include "ospf/numbers.h"
 #include "ospf/uc_ospf_defaults.h"
+#include "vty/manager.h"
 
 namespace {
 
@@ -185,8 +185,8 @@ uint32_t swOspfProcessIsEnable(uint32_t slot) {
 }
 
 uint32_t swOspfProcessCreateById(uint16_t /*processId*/, uint32_t selector) {
-    frruci::common::runShell(selector != 0 ? "ospfd -d"
-                                           : "vnete ospfd -d -i /var/ospfdv.pid -N vtyv");
+    (void)frruci::vty::startDaemon(selector != 0 ? "ospfd -d"
+                                                 : "vnete ospfd -d -i /var/ospfdv.pid -N vtyv");
     return kSuccess; // Fixed by the interface: whatever the shell says.
 }
 

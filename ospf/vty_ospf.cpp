@@ -44,7 +44,7 @@ uint32_t vtyOspfConfigInterface(uint32_t /*unused*/, uint32_t vlanId, const char
     if (interfaceLine(vlan) == nullptr) {
         return kFailed;
     }
-    const Session session(kOspfdSocket);
+    Session session(kOspfdSocket);
     char text[kReplyBytes] = {};
     const Reply reply = {text, kReplyBytes};
     if (walk(session, {"en", "configure"}, reply) != 0) {
@@ -76,7 +76,7 @@ uint32_t doVtyOspfConfigInterface(uint32_t /*unused*/, const char *interfaceName
 
 uint32_t vtyOspfShowOspf(uint32_t /*unused*/, const char *command, char *reply,
                          uint32_t /*selector*/) {
-    const Session session(kOspfdSocket);
+    Session session(kOspfdSocket);
     char text[kReplyBytes] = {};
     const int32_t entered = walk(session, {"en"}, {text, kReplyBytes});
     return onceAccepted(resultOf(entered), [&] {

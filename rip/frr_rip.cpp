@@ -17,6 +17,7 @@
 #include "rip/frr_rip_words.h"
 #include "rip/sw_rip.h"
 #include "rip/vty_rip.h"
+#include "vty/manager.h"
 
 namespace {
 
@@ -186,7 +187,7 @@ void rip_enable() {
         return;
     }
     frruci::outside::pauseFor(kSettleSeconds);
-    runShell("ripd -d ");
+    (void)frruci::vty::startDaemon("ripd -d "); // the next exchange tells
     frruci::outside::pauseFor(kSettleSeconds);
     (void)record_log_act("frr_rip:%d: rip_enable\n", 48);
     (void)swRipRouterRipSet(kInstance, 1); // rip_enable has no result

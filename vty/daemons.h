@@ -9,6 +9,7 @@ inline constexpr const char *kZebraSocket = "/var/zebra.vty";
 inline constexpr const char *kOspfdSocket = "/var/ospfd.vty";
 inline constexpr const char *kRipdSocket = "/var/ripd.vty";
 inline constexpr const char *kNhrpdSocket = "/var/nhrpd.vty";
+inline constexpr const char *kMgmtdSocket = "/var/mgmtd.vty"; // since FRRouting 10
 
 } // namespace frruci::vty
 

@@ -7,13 +7,14 @@
 
 #include "common/status.h"
 #include "vty/frr_util.h"
+#include "vty/manager.h"
 
 namespace frruci::vty {
 
 using common::kFailed;
 using common::kSuccess;
 
-Session::Session(const char *path) {
+Session::Session(const char *path) : path_(path) {
     if (frrVtyConnect(path, &fd_) != kSuccess) {
         fd_ = -1;
     }
@@ -23,8 +24,14 @@ Session::~Session() {
     (void)frrVtyDisconnect(fd_); // refuses a session that never opened
 }
 
-int32_t walk(const Session &session, std::span<const char *const> steps, const Reply &reply) {
-    if (!session.isOpen()) {
+void Session::moveTo(int32_t fd) {
+    (void)frrVtyDisconnect(fd_); // as at its end
+    fd_ = fd;
+}
+
+int32_t walk(Session &session, std::span<const char *const> steps, const Reply &reply) {
+    Manager manager;
+    if (!session.isOpen() || !manager.takeOver(session, steps)) {
         return kFailed;
     }
     for (const char *step : steps) {
@@ -35,7 +42,10 @@ int32_t walk(const Session &session, std::span<const char *const> steps, const R
             memset(reply.text, 0, static_cast<std::size_t>(reply.bytes));
         }
         uint8_t code = 0;
-        const int32_t result = frrVtyRun(session.fd(), step, &code, reply.text, reply.bytes);
+        int32_t result = 0;
+        do {
+            result = frrVtyRun(session.fd(), step, &code, reply.text, reply.bytes);
+        } while (manager.wasBusy(result, reply.text));
         if (result != kSuccess) {
             return result;
         }
@@ -44,7 +54,7 @@ int32_t walk(const Session &session, std::span<const char *const> steps, const R
 }
 
 uint32_t deliver(const char *path, std::initializer_list<const char *> steps, ReplyPolicy policy) {
-    const Session session(path);
+    Session session(path);
     char reply[kReplyBytes] = {};
     return walk(session, steps, {reply, kReplyBytes, policy}) == kSuccess ? kSuccess : kFailed;
 }

@@ -39,19 +39,27 @@ public:
     bool isOpen() const { return fd_ >= 0; }
     int32_t fd() const { return fd_; }
 
+    /// The socket that it was opened on.
+    const char *path() const { return path_; }
+
+    /// Goes on over another descriptor, which it takes; closes the one before.
+    void moveTo(int32_t fd);
+
     /// Gives the descriptor up without closing it.
     void leaveOpen() { fd_ = -1; }
 
 private:
+    const char *path_;
     int32_t fd_ = -1;
 };
 
 /// The one walk into a context: sends the steps in order, each only after the one before it
-/// succeeded; a null step ends it. Sends and logs nothing without an open session.
+/// succeeded; a null step ends it. Sends and logs nothing without an open session. Where mgmtd
+/// takes the daemon's configuration, a walk into it goes there instead, and the session with it.
 /// Result: 0; 1 without an open session; else the first result of frrVtyRun that is not 0.
-int32_t walk(const Session &session, std::span<const char *const> steps, const Reply &reply);
+int32_t walk(Session &session, std::span<const char *const> steps, const Reply &reply);
 
-inline int32_t walk(const Session &session, std::initializer_list<const char *> steps,
+inline int32_t walk(Session &session, std::initializer_list<const char *> steps,
                     const Reply &reply) {
     return walk(session, std::span(steps.begin(), steps.size()), reply);
 }

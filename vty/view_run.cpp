@@ -84,7 +84,7 @@ int32_t expand(const char *entryText, dlist **holder, Expansion expansion) {
 }
 
 /// Sends the lines of commands, which it splits in place, and then cmd.
-int32_t walkThrough(const Session &session, char *commands, const char *cmd,
+int32_t walkThrough(Session &session, char *commands, const char *cmd,
                     const frruci::vty::Reply &reply) {
     const char *steps[kMostSteps];
     std::size_t count = 0;
