@@ -15,6 +15,7 @@
 #include "common/words.h"
 #include "ospf/frr_ospf_process.h"
 #include "rip/frr_rip_words.h"
+#include "rip/rip_leftovers.h"
 #include "rip/sw_rip.h"
 #include "rip/vty_rip.h"
 #include "vty/manager.h"
@@ -187,6 +188,7 @@ void rip_enable() {
         return;
     }
     frruci::outside::pauseFor(kSettleSeconds);
+    dropLeftovers();
     (void)frruci::vty::startDaemon("ripd -d "); // the next exchange tells
     frruci::outside::pauseFor(kSettleSeconds);
     (void)record_log_act("frr_rip:%d: rip_enable\n", 48);
