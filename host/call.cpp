@@ -1,118 +1,169 @@
 // SPDX-License-Identifier: Apache-2.0
-// The handler runs in this process, so that the models live on; a child reads the pipe meanwhile.
+// Calls a handler in earnest or in a rehearsal, and tells what came of it.
 
 #include "host/call.h"
 
 #include <cerrno>
-#include <csignal>
 #include <cstdint>
-#include <cstring>
 #include <fcntl.h>
-#include <poll.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "host/json.h"
+#include "host/judge.h"
 #include "host/library.h"
+#include "host/lock.h"
+#include "host/plan.h"
+#include "host/report.h"
+#include "host/secrets.h"
+#include "host/streams.h"
 
 namespace frruci::host {
 
 namespace {
 
-constexpr const char *kPipeFolder = "/tmp/tmp";
+int openPipe = -1;
 
-/// Opens the pipe for both ways, so that neither side ever waits in open. Makes it where missing.
-int openPipe(const char *name) {
-    char path[128];
-    (void)snprintf(path, sizeof path, "%s/%s", kPipeFolder, name);
-    (void)mkdir(kPipeFolder, 0755); // usually there, as the pipe may be: the open tells
-    (void)mkfifo(path, 0666);
-    const int pipe = open(path, O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    if (pipe < 0) {
-        perror(path);
-    }
-    return pipe;
-}
-
-void drain(int pipe, Answer &answer) {
+/// Replies are seen on their way; what the pipe holds only has to make room for the next.
+void emptyPipe() {
     char bytes[4096];
-    ssize_t count = 0;
-    while ((count = read(pipe, bytes, sizeof bytes)) > 0) {
-        answer.take(bytes, static_cast<std::size_t>(count));
+    while (read(openPipe, bytes, sizeof bytes) > 0) {
     }
 }
 
-/// The child: reads until the handler's side closes its end of done.
-[[noreturn]] void readAnswer(int pipe, int done, Ending ending) {
-    (void)alarm(0);
-    Answer answer(ending);
-    pollfd watched[] = {
-        {pipe, POLLIN, 0},
-        {done, POLLIN, 0},
-    };
-    while (watched[1].revents == 0) {
-        if (poll(watched, 2, -1) < 0 && errno != EINTR) {
-            break;
+/// The reply pipe, open for both ways, so that the library never waits for a reader.
+class ReplyPipe {
+public:
+    explicit ReplyPipe(const char *name) {
+        Text path;
+        path.addf("%s/%s", kFolder, name);
+        (void)mkfifo(path.get(), 0666); // usually there; the open tells
+        fd_ = open(path.get(), O_RDWR | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC);
+        if (fd_ < 0) {
+            complain("%s: %s", path.get(), strerror(errno));
         }
-        drain(pipe, answer);
+        openPipe = fd_;
+        onEvent = emptyPipe;
     }
-    drain(pipe, answer);
-    _exit(answer.finish());
-}
+    ~ReplyPipe() {
+        onEvent = nullptr;
+        if (fd_ >= 0) {
+            (void)close(fd_); // its reader has what it wants
+        }
+    }
+    ReplyPipe(const ReplyPipe &) = delete;
+    ReplyPipe &operator=(const ReplyPipe &) = delete;
 
-void giveUp(int) {
-    static constexpr char kMessage[] = "frruci: the handler did not return in time\n";
-    if (write(STDERR_FILENO, kMessage, sizeof kMessage - 1) < 0) {
-        // Nothing is left to say it with.
-    }
-    _exit(kNoAnswer);
-}
+    bool isOpen() const { return fd_ >= 0; }
+
+private:
+    int fd_;
+};
 
 void run(const Handler &handler, void *function, int count, char **words) {
-    (void)fflush(stdout);
-    // Not for a daemon that the handler starts: whoever reads our output would wait for its end.
-    const int answers = fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0);
-    (void)dup2(STDERR_FILENO, STDOUT_FILENO);
     if (handler.takesWords) {
         reinterpret_cast<void (*)(int32_t, char **)>(function)(count, words);
     } else {
         reinterpret_cast<void (*)()>(function)();
     }
-    (void)fflush(stdout);
-    (void)dup2(answers, STDOUT_FILENO);
-    (void)close(answers);
+}
+
+/// Takes the end mark off rows. False when the answer is not as the handler ends it.
+bool isAnswered(const Handler &handler, Text &reply) {
+    switch (handler.ending) {
+    case Ending::kNone:
+        return true;
+    case Ending::kStream:
+        return reply.size() > 0;
+    case Ending::kRows:
+        if (!reply.endsWith("ok")) {
+            return false;
+        }
+        reply.cut(reply.size() - 2);
+        return true;
+    case Ending::kWord:
+        return equals(reply.get(), "ok") || equals(reply.get(), "fail");
+    }
+    return false;
+}
+
+/// RIP's timers are not even sent while the library knows of no RIP.
+Status complainOfNothing(const Handler &handler) {
+    if (handler.isSwitch || somethingLeft()) {
+        return kAccepted;
+    }
+    complain("%s: nothing is sent while the protocol is off", handler.name);
+    return kNotUsable;
+}
+
+Status statusOf(const Handler &handler, bool answered, const Text &reply,
+                const Judgement &judgement) {
+    const Status status = worse(judgement.status(), complainOfNothing(handler));
+    if (!answered) {
+        complain("%s wrote no answer", handler.name);
+        return worse(status, kNoAnswer);
+    }
+    const bool failed = handler.ending == Ending::kWord && equals(reply.get(), "fail");
+    return failed ? worse(status, kRefused) : status;
+}
+
+Json wordsOf(const Handler &handler, int count, char **words) {
+    const Json array = jsonArray();
+    for (int i = 0; i < count; ++i) {
+        const bool hidden = !keysAreShown() && isSecretWord(handler, count, words, i);
+        append(array, jsonText(hidden ? kHidden : words[i]));
+    }
+    return array;
+}
+
+void print(const Handler &handler, int count, char **words, const Text &reply,
+           const Judgement &judgement, Status status) {
+    if (wantsJson()) {
+        const Json answer = jsonObject();
+        put(answer, "handler", handler.name);
+        put(answer, "words", wordsOf(handler, count, words));
+        put(answer, "reply", reply.get());
+        putJudgement(answer, judgement, status);
+        return printJson(answer);
+    }
+    (void)fwrite(reply.get(), 1, reply.size(), out);
+    if (handler.ending != Ending::kRows && reply.size() > 0) {
+        (void)fputc('\n', out);
+    }
+    (void)fflush(out);
 }
 
 } // namespace
 
-Status callHandler(const Handler &handler, int count, char **words, unsigned timeoutSeconds) {
+Status callHandler(const Handler &handler, int count, char **words) {
     void *function = find(handler.name);
-    int done[2];
-    const int pipe = openPipe(handler.pipe);
-    if (function == nullptr || pipe < 0 || pipe2(done, O_CLOEXEC) < 0) {
-        return kNoLibrary;
+    const ReplyPipe pipe(handler.pipe);
+    if (function == nullptr || !pipe.isOpen()) {
+        return kNotUsable;
     }
-    (void)fflush(stdout);
-    const pid_t reader = fork();
-    if (reader == 0) {
-        (void)close(done[1]);
-        readAnswer(pipe, done[0], handler.ending);
+    {
+        const Watched watched(Watched::kEarnest);
+        run(handler, function, count, words);
     }
-    (void)close(done[0]);
-    (void)signal(SIGALRM, giveUp);
-    (void)alarm(timeoutSeconds);
+    Text reply;
+    addReplies(handler.pipe, reply);
+    const Judgement judgement(traffic(), Scene::kRequest);
+    const bool answered = isAnswered(handler, reply);
+    const Status status = statusOf(handler, answered, reply, judgement);
+    print(handler, count, words, reply, judgement, status);
+    judgement.tell();
+    return status;
+}
+
+Status planHandler(const Handler &handler, int count, char **words) {
+    void *function = find(handler.name);
+    if (function == nullptr) {
+        return kNotUsable;
+    }
+    const Watched watched(Watched::kRehearsal);
     run(handler, function, count, words);
-    (void)alarm(0);
-    (void)close(done[1]);
-    int status = 0;
-    if (waitpid(reader, &status, 0) != reader || !WIFEXITED(status)) {
-        status = kNoAnswer << 8;
-    }
-    (void)close(pipe);
-    if (WEXITSTATUS(status) == kNoAnswer) {
-        (void)fprintf(stderr, "frruci: %s wrote no answer\n", handler.name);
-    }
-    return static_cast<Status>(WEXITSTATUS(status));
+    printPlan(traffic());
+    return complainOfNothing(handler);
 }
 
 } // namespace frruci::host

@@ -7,10 +7,12 @@
 
 namespace frruci::host {
 
-/// Calls the handler with exactly these words and prints its answer on standard output. What the
-/// library itself prints goes to standard error. Ends the process with kNoAnswer when the handler
-/// has not returned after the given seconds.
-Status callHandler(const Handler &handler, int count, char **words, unsigned timeoutSeconds);
+/// Calls the handler with exactly these words, prints its answer on out and what went wrong on err.
+/// The words fit the handler.
+Status callHandler(const Handler &handler, int count, char **words);
+
+/// Prints what the call would let leave the library, and lets nothing leave.
+Status planHandler(const Handler &handler, int count, char **words);
 
 } // namespace frruci::host
 

@@ -1,126 +1,68 @@
 // SPDX-License-Identifier: Apache-2.0
-// A checker for JSON texts; it builds nothing.
+// JSON by json-c.
 
 #include "host/json.h"
 
-#include <cstring>
+#include <json-c/json.h>
+
+#include "host/streams.h"
 
 namespace frruci::host {
 
 namespace {
 
-constexpr int kDeepest = 64;
-
-class Checker {
-public:
-    explicit Checker(const char *text) : at_(text) {}
-
-    bool whole() {
-        if (!value(0)) {
-            return false;
-        }
-        blanks();
-        return *at_ == '\0';
-    }
-
-private:
-    void blanks() { at_ += strspn(at_, " \t\r\n"); }
-
-    bool take(char byte) {
-        blanks();
-        if (*at_ != byte) {
-            return false;
-        }
-        ++at_;
-        return true;
-    }
-
-    bool takeWord(const char *word) {
-        const std::size_t length = strlen(word);
-        if (strncmp(at_, word, length) != 0) {
-            return false;
-        }
-        at_ += length;
-        return true;
-    }
-
-    bool string() {
-        if (!take('"')) {
-            return false;
-        }
-        for (; *at_ != '"'; ++at_) {
-            if (static_cast<unsigned char>(*at_) < 0x20 || (*at_ == '\\' && *++at_ == '\0')) {
-                return false;
-            }
-        }
-        ++at_;
-        return true;
-    }
-
-    bool digits() {
-        const std::size_t count = strspn(at_, "0123456789");
-        at_ += count;
-        return count > 0;
-    }
-
-    bool number() {
-        at_ += *at_ == '-' ? 1 : 0;
-        if (!digits()) {
-            return false;
-        }
-        if (*at_ == '.') {
-            ++at_;
-            if (!digits()) {
-                return false;
-            }
-        }
-        if (*at_ == 'e' || *at_ == 'E') {
-            ++at_;
-            at_ += *at_ == '+' || *at_ == '-' ? 1 : 0;
-            return digits();
-        }
-        return true;
-    }
-
-    /// The inside of brackets: members or elements, separated by commas.
-    bool list(char close, bool named, int depth) {
-        if (take(close)) {
-            return true;
-        }
-        do {
-            if ((named && !(string() && take(':'))) || !value(depth + 1)) {
-                return false;
-            }
-        } while (take(','));
-        return take(close);
-    }
-
-    bool value(int depth) {
-        blanks();
-        if (depth > kDeepest) {
-            return false;
-        }
-        switch (*at_) {
-        case '{':
-            ++at_;
-            return list('}', true, depth);
-        case '[':
-            ++at_;
-            return list(']', false, depth);
-        case '"':
-            return string();
-        default:
-            return takeWord("true") || takeWord("false") || takeWord("null") || number();
-        }
-    }
-
-    const char *at_;
-};
+bool wanted = false;
 
 } // namespace
 
-bool isCompleteJson(const char *text) {
-    return Checker(text).whole();
+bool wantJson() {
+    wanted = true;
+    return true;
+}
+
+bool wantsJson() {
+    return wanted;
+}
+
+Json jsonObject() {
+    return json_object_new_object();
+}
+
+Json jsonArray() {
+    return json_object_new_array();
+}
+
+Json jsonText(const char *text) {
+    return json_object_new_string(text);
+}
+
+Json jsonOf(const char *text) {
+    json_tokener_error error = json_tokener_success;
+    const Json value = json_tokener_parse_verbose(text, &error);
+    return error == json_tokener_success ? value : nullptr;
+}
+
+void put(Json object, const char *key, Json value) {
+    (void)json_object_object_add(object, key, value); // fails without memory only
+}
+
+void put(Json object, const char *key, const char *text) {
+    put(object, key, jsonText(text));
+}
+
+void put(Json object, const char *key, int64_t number) {
+    put(object, key, json_object_new_int64(number));
+}
+
+void append(Json array, Json value) {
+    (void)json_object_array_add(array, value); // fails without memory only
+}
+
+void printJson(Json value) {
+    constexpr int kForm = JSON_C_TO_STRING_PRETTY | JSON_C_TO_STRING_NOSLASHESCAPE;
+    (void)fprintf(out, "%s\n", json_object_to_json_string_ext(value, kForm));
+    (void)fflush(out);
+    (void)json_object_put(value);
 }
 
 } // namespace frruci::host

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* A library in frruci's place, to see the host program deal with every kind of handler. The first
- * word of a request says what the handler does. */
+/* A library in frruci's place, to see the host program deal with every kind of handler. The second
+ * word of a RIP display says what it does. */
 #include <fcntl.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -8,18 +8,55 @@
 #include <string.h>
 #include <unistd.h>
 
+#include <frruci/observe.h>
+
 #define EXPORT __attribute__((visibility("default")))
 
+static FrruciObserver observer;
 static int calls;
 
+EXPORT int32_t frruciObserve(const FrruciObserver *set) {
+    memset(&observer, 0, sizeof observer);
+    if (set != NULL) {
+        observer = *set;
+    }
+    return 0;
+}
+
+/* Shows an event; true when it shall happen. */
+static int show(FrruciEvent *event, int kind, const char *place, const char *text) {
+    memset(event, 0, sizeof *event);
+    event->size = sizeof *event;
+    event->kind = kind;
+    event->fd = -1;
+    event->place = place;
+    event->text = text;
+    if (observer.see != NULL) {
+        observer.see(event, observer.context);
+    }
+    return !observer.rehearsal;
+}
+
+static void done(FrruciEvent *event, int result) {
+    event->done = 1;
+    event->result = result;
+    if (observer.see != NULL) {
+        observer.see(event, observer.context);
+    }
+}
+
 static void answer(const char *pipe, const char *text) {
+    FrruciEvent event;
     char path[128];
     snprintf(path, sizeof path, "/tmp/tmp/%s", pipe);
+    if (!show(&event, FRRUCI_REPLY, path, text)) {
+        return;
+    }
     const int fd = open(path, O_WRONLY);
     if (fd < 0 || write(fd, text, strlen(text)) < 0) {
         abort();
     }
-    close(fd);
+    done(&event, close(fd));
 }
 
 EXPORT int32_t frrVtyInit(void) {
@@ -37,35 +74,54 @@ EXPORT uint32_t ucOspfEnableProcess(uint16_t process) {
 EXPORT uint32_t ucRipVrfAppend(const char *name, void **out) {
     return name == NULL || out != NULL;
 }
-EXPORT int32_t frrVtyDisconnect(int32_t fd) {
-    return fd < 1;
-}
-EXPORT int32_t frrVtyConnect(const char *path, int32_t *fd) {
-    (void)path;
-    (void)fd;
-    return -1;
+
+static void writeWords(int32_t count, char **words) {
+    FILE *file = fopen("/tmp/words", "w");
+    if (file == NULL || words[count] != NULL) {
+        abort();
+    }
+    for (int32_t i = 0; i < count; ++i) {
+        fprintf(file, "<%s>", words[i]);
+    }
+    fclose(file);
 }
 
-EXPORT void process_ospf_interface(int32_t count, char **words) {
-    const char *what = count > 0 ? words[0] : "";
-    ++calls;
-    printf("the library says %d words, call %d\n", count, calls);
-    for (int32_t i = 0; i < count; ++i) {
-        printf("word %d is <%s>\n", i, words[i]);
-    }
-    if (words[count] != NULL) {
-        abort();
-    }
-    if (strcmp(what, "hang") == 0) {
+/* In earnest the command never ends. */
+static void hangInShell(void) {
+    FrruciEvent event;
+    if (show(&event, FRRUCI_SHELL, NULL, "sleeper -d")) {
         pause();
+    }
+}
+
+static void runShell(const char *command) {
+    FrruciEvent event;
+    if (show(&event, FRRUCI_SHELL, NULL, command)) {
+        done(&event, system(command));
+    }
+}
+
+EXPORT void process_rip_interface(int32_t count, char **words) {
+    const char *what = words[count - 1];
+    runShell("true");
+    ++calls;
+    printf("the library prints this\n");
+    writeWords(count, words);
+    if (strcmp(what, "hang") == 0) {
+        hangInShell();
     } else if (strcmp(what, "crash") == 0) {
         abort();
+    } else if (strcmp(what, "daemon") == 0) {
+        /* As a daemon that closes nothing. */
+        runShell("sleep 1000 &");
+        answer("ospf_pipe_c2lua", "ok");
     } else if (strcmp(what, "none") != 0) {
-        answer("ospf_pipe_c2lua", what);
+        answer("ospf_pipe_c2lua", strcmp(what, "fail") == 0 ? "fail" : "ok");
     }
 }
 
 EXPORT void process_ospf_neighbor(void) {
+    runShell("true");
     for (int i = 0; i < 5000; ++i) {
         char row[64];
         snprintf(row, sizeof row, "10.0.%d.%d row\r\n", i / 250, i % 250);
@@ -79,25 +135,17 @@ EXPORT void process_nhrp_show(int32_t count, char **words) {
         strcmp(words[3], "cache") != 0) {
         abort();
     }
-    const char *text = getenv("FAKE_CACHE");
-    answer("nhrp_pipe_c2lua_cache", text == NULL ? "" : text);
+    runShell("true");
+    answer("nhrp_pipe_c2lua_cache", "{\"a\":[1,2]}");
 }
 
-EXPORT int32_t ospf_cfg_recovery(void) {
-    return puts("ospf recovered");
-}
-EXPORT void rip_cfg_recovery(void) {
-    puts("rip recovered");
-}
 EXPORT int32_t frr_process_init(void) {
-    return puts("folders made") < 0;
+    FrruciEvent event;
+    if (show(&event, FRRUCI_SHELL, NULL, "make folders")) {
+        done(&event, 0);
+    }
+    return 0;
 }
 EXPORT void swShowOspfConfig(void) {
     printf("report after %d calls\n", calls);
-}
-EXPORT uint32_t swRipShowIpRipStatus(void) {
-    return puts("status") < 0;
-}
-EXPORT uint32_t swRipShowIpRip(void) {
-    return getenv("FAKE_NO_ROUTES") != NULL;
 }

@@ -17,7 +17,6 @@
 #include <utility>
 #include <vector>
 
-#include "host/json.h"
 #include "nhrp/frr_nhrp.h"
 #include "nhrp/sw_nhrp.h"
 #include "tests/support/real_daemons.h"
@@ -50,8 +49,7 @@ using Words = std::vector<std::string>;
 
 constexpr const char *kStore = "/etc/config/nhrp";
 constexpr const char *kHeading = "interface tun0";
-constexpr routers::Wording kEnteredBlock = {"", "interface tun0\nexit\n",
-                                            "interface tun0\nexit\n"};
+constexpr routers::Wording kEnteredBlock = {"", "interface tun0\nexit\n", "interface tun0\nexit\n"};
 
 void call(void (*handler)(int32_t, char **), Words words) {
     std::vector<char *> vector;
@@ -330,7 +328,6 @@ TEST_F(Nhrp, TheCacheArrivesWholeAndIsJson) {
         }
         const std::string streamed = showCache();
         EXPECT_EQ(withoutBlanks(text), streamed);
-        EXPECT_TRUE(frruci::host::isCompleteJson(streamed.c_str()));
         several += answer > 256 ? 1 : 0;
     }
     EXPECT_GE(several, 10); // most of them came in several chunks
@@ -340,10 +337,11 @@ TEST_F(Nhrp, TheHostProgramPrintsTheCache) {
     ASSERT_EQ(0, router_.run("ip link set tun0 up"));
     ASSERT_EQ("ok", set({"ip", "nhrp", "network-id", "5"}));
     map(9);
-    EXPECT_EQ("{\"attr\":{\"entriesCount\":1},\"table\":[{\"interface\":\"tun0\",\"type\":"
-              "\"static\",\"protocol\":\"172.16.0.9\",\"nbma\":\"10.1.2.9\",\"claimed_nbma\":"
-              "\"-\",\"used\":false,\"timeout\":false,\"auth\":false,\"identity\":\"\"}]}\n",
-              router_.output("FRRUCI_LIBRARY='" FRRUCI_LIBRARY "' '" FRRUCI_HOST "' show nhrp-cache"));
+    const std::string host = "FRRUCI_LIBRARY='" FRRUCI_LIBRARY "' '" FRRUCI_HOST "' show nhrp";
+    const std::string table = router_.output(host);
+    EXPECT_EQ(router_.vty("nhrpd", "show ip nhrp cache").text, table);
+    EXPECT_NE(std::string::npos, table.find("172.16.0.9"));
+    EXPECT_NE(std::string::npos, router_.output(host + " --json").find("\"nbma\":\"10.1.2.9\""));
 }
 
 TEST_F(Nhrp, AnythingButTheCacheIsAnEmptyLine) {

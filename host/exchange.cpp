@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: Apache-2.0
+// One command and its whole answer.
+
+#include "host/exchange.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <ctime>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace frruci::host {
+
+namespace {
+
+constexpr std::size_t kEndingBytes = 4; // three NULs and the completion code
+
+int64_t nowMs() {
+    timespec now = {};
+    (void)clock_gettime(CLOCK_MONOTONIC, &now); // every Linux has this clock
+    return static_cast<int64_t>(now.tv_sec) * 1000 + now.tv_nsec / 1000000;
+}
+
+/// The ending's place in the bytes, or count while it is not complete.
+std::size_t findEnding(const char *bytes, std::size_t count) {
+    static constexpr char kMarker[] = {'\0', '\0', '\0'};
+    if (count < kEndingBytes) {
+        return count;
+    }
+    const void *found = memmem(bytes, count - 1, kMarker, sizeof kMarker);
+    return found == nullptr ? count
+                            : static_cast<std::size_t>(static_cast<const char *>(found) - bytes);
+}
+
+Reach reachOf(int error) {
+    switch (error) {
+    case 0:
+        return Reach::kAnswered;
+    case ECONNREFUSED:
+        return Reach::kStale;
+    case EAGAIN:
+        return Reach::kSilent;
+    default:
+        return Reach::kMissing;
+    }
+}
+
+} // namespace
+
+Exchange::Exchange(const char *daemon, unsigned timeoutSeconds)
+    : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)),
+      timeoutSeconds_(timeoutSeconds) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    (void)snprintf(address.sun_path, sizeof address.sun_path, "/var/%s.vty", daemon);
+    // A daemon's queue that is full refuses a socket that does not wait; nobody is home behind it.
+    const int result = connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    reach_ = reachOf(result == 0 ? 0 : errno);
+}
+
+Exchange::~Exchange() {
+    if (fd_ >= 0) {
+        (void)close(fd_);
+    }
+}
+
+int Exchange::fail() {
+    reach_ = Reach::kSilent;
+    return -1;
+}
+
+bool Exchange::waitFor(short events) const {
+    const int64_t deadline = nowMs() + timeoutSeconds_ * INT64_C(1000);
+    for (;;) {
+        const int64_t left = deadline - nowMs();
+        pollfd watched = {fd_, events, 0};
+        const int ready = left <= 0 ? 0 : poll(&watched, 1, static_cast<int>(left));
+        if (ready >= 0 || errno != EINTR) {
+            return ready > 0;
+        }
+    }
+}
+
+bool Exchange::receive(char *bytes, std::size_t room, std::size_t &count) {
+    ssize_t received = -1;
+    do {
+        if (!waitFor(POLLIN)) {
+            return false;
+        }
+        received = recv(fd_, bytes, room, 0);
+    } while (received < 0 && (errno == EINTR || errno == EAGAIN));
+    count = received > 0 ? static_cast<std::size_t>(received) : 0;
+    return received > 0;
+}
+
+int Exchange::ask(const char *command, Text &answer) {
+    answer.clear();
+    if (reach_ != Reach::kAnswered) {
+        return -1;
+    }
+    const std::size_t size = strlen(command) + 1;
+    if (send(fd_, command, size, MSG_NOSIGNAL) != static_cast<ssize_t>(size)) {
+        return fail();
+    }
+    for (;;) {
+        char chunk[4096];
+        std::size_t count = 0;
+        if (!receive(chunk, sizeof chunk, count)) {
+            return fail();
+        }
+        // A marker may have begun in what came before.
+        const std::size_t seen = answer.size() < kEndingBytes ? 0 : answer.size() - kEndingBytes;
+        answer.add(chunk, count);
+        const std::size_t rest = answer.size() - seen;
+        const std::size_t ending = findEnding(answer.get() + seen, rest);
+        if (ending < rest) {
+            const int code = static_cast<uint8_t>(answer.get()[seen + ending + kEndingBytes - 1]);
+            answer.cut(seen + ending);
+            return code;
+        }
+    }
+}
+
+} // namespace frruci::host

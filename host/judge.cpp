@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: Apache-2.0
+// Judges deliveries, and knows the required commands whose refusal leaves nothing missing.
+
+#include "host/judge.h"
+
+#include <iterator>
+
+#include "host/secrets.h"
+#include "host/streams.h"
+
+namespace frruci::host {
+
+namespace {
+
+/// A command that may be refused. A "*" at the end stands for anything.
+struct Harmless {
+    const char *daemon;
+    const char *command;
+    const char *why;
+    bool onlyInReplay;
+};
+
+constexpr const char *kNoChain = "there was no such key chain";
+constexpr const char *kNoSummary = "ripd does not know it";
+constexpr const char *kNoOption = "the store has no value for it";
+
+constexpr Harmless kHarmless[] = {
+    {"ripd",  "no key chain app_rip_*",                          kNoChain,   false},
+    {"ripd",  "autosummary",                                     kNoSummary, false},
+    {"ripd",  "no autosummary",                                  kNoSummary, false},
+    {"ospfd", "ip ospf cost 0",                                  kNoOption,  true },
+    {"ospfd", "ip ospf retransmit-interval 0",                   kNoOption,  true },
+    {"ospfd", "ip ospf transmit-delay 0",                        kNoOption,  true },
+    {"ospfd", "ip ospf hello-interval 0",                        kNoOption,  true },
+    {"ospfd", "ip ospf dead-interval 0",                         kNoOption,  true },
+    {"ospfd", "ip ospf message-digest-key 0 *",                  kNoOption,  true },
+    {"ospfd", "distance 0",                                      kNoOption,  true },
+    {"ospfd", "maximum-paths 0",                                 kNoOption,  true },
+    {"ospfd", "default-information originate *metric-type 0",    kNoOption,  true },
+    {"ospfd", "no default-information originate *metric-type 0", kNoOption,  true },
+    {"ripd",  "default-metric 0",                                kNoOption,  true },
+};
+
+/// Whether a text is the pattern, in which one "*" stands for anything.
+bool matches(const char *pattern, const char *text) {
+    const std::size_t star = strcspn(pattern, "*");
+    if (pattern[star] == '\0') {
+        return equals(pattern, text);
+    }
+    const char *end = pattern + star + 1;
+    const std::size_t endSize = strlen(end);
+    const std::size_t size = strlen(text);
+    return size >= star + endSize && strncmp(pattern, text, star) == 0 &&
+           equals(text + size - endSize, end);
+}
+
+const char *harmlessReason(const char *daemon, const char *command, Scene scene) {
+    for (const Harmless &row : kHarmless) {
+        if (equals(row.daemon, daemon) && matches(row.command, command) &&
+            (scene == Scene::kReplay || !row.onlyInReplay)) {
+            return row.why;
+        }
+    }
+    return nullptr;
+}
+
+bool isSameSession(const Step &a, const Step &b) {
+    if (!equals(a.daemon, b.daemon) || a.commands->count() != b.commands->count()) {
+        return false;
+    }
+    for (std::size_t i = 0; i < a.commands->count(); ++i) {
+        if (!equals((*a.commands)[i].text, (*b.commands)[i].text)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+constexpr const char *kOutcomeNames[] = {"",           "accepted",    "noted",     "refused",
+                                         "unanswered", "unreachable", "not stored"};
+
+constexpr Status kStatusOf[] = {kAccepted, kAccepted,  kAccepted, kRefused,
+                                kNoAnswer, kNotUsable, kNotUsable};
+static_assert(std::size(kOutcomeNames) == std::size(kStatusOf));
+
+} // namespace
+
+const char *nameOf(Outcome outcome) {
+    return kOutcomeNames[static_cast<int>(outcome)];
+}
+
+const Command *decisive(const Step &step) {
+    return step.commands == nullptr || step.commands->isEmpty() ? nullptr : &step.commands->last();
+}
+
+void addPlace(const Step &step, Text &text) {
+    const List<Command> &commands = *step.commands;
+    // The first two only lead into the configuration.
+    for (std::size_t i = 2; i + 1 < commands.count(); ++i) {
+        addMasked(commands[i].text, text);
+        text.add(": ");
+    }
+    if (!commands.isEmpty()) {
+        addMasked(commands[commands.count() - 1].text, text);
+    }
+}
+
+Judgement::Judgement(const List<Step> &steps, Scene scene) : steps_(steps), scene_(scene) {
+    for (const Step &step : steps_) {
+        const Verdict verdict = judge(step);
+        if (verdict.outcome != Outcome::kNothing) {
+            verdicts_.add(verdict);
+        }
+    }
+}
+
+bool Judgement::wasAcceptedOnce(const Step &step) const {
+    for (const Step &other : steps_) {
+        if (other.kind == StepKind::kSession && other.result >= 0 && !other.commands->isEmpty() &&
+            other.commands->last().code == 0 && isSameSession(step, other)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+Outcome Judgement::judgeSession(const Step &step, const char *&why) const {
+    if (step.result < 0) {
+        return Outcome::kUnreachable;
+    }
+    const Command *last = decisive(step);
+    if (last == nullptr) {
+        return Outcome::kNothing;
+    }
+    if (last->code == 0 || wasAcceptedOnce(step)) {
+        return Outcome::kAccepted;
+    }
+    if (last->code == kNoCode) {
+        return Outcome::kUnanswered;
+    }
+    if (scene_ == Scene::kNhrpReplay && strstr(last->answer, "exists already") != nullptr) {
+        return Outcome::kAccepted;
+    }
+    why = harmlessReason(step.daemon, last->text, scene_);
+    return why != nullptr ? Outcome::kNoted : Outcome::kRefused;
+}
+
+Verdict Judgement::judge(const Step &step) const {
+    Verdict verdict = {&step, Outcome::kNothing, nullptr};
+    if (step.kind == StepKind::kSession) {
+        verdict.outcome = judgeSession(step, verdict.why);
+    } else if (step.kind == StepKind::kStore && step.result != 0) {
+        // Displays mirror what they see into sections that a router may not have.
+        const bool mirrored = !startsWith(step.text, "/etc/config/nhrp.");
+        verdict.outcome = mirrored ? Outcome::kNoted : Outcome::kNotStored;
+        verdict.why = mirrored ? "the store has no such section" : nullptr;
+    }
+    return verdict;
+}
+
+std::size_t Judgement::count(Outcome outcome) const {
+    std::size_t count = 0;
+    for (const Verdict &verdict : verdicts_) {
+        count += verdict.outcome == outcome ? 1 : 0;
+    }
+    return count;
+}
+
+std::size_t Judgement::sent() const {
+    std::size_t count = 0;
+    for (const Verdict &verdict : verdicts_) {
+        count += verdict.step->kind == StepKind::kSession ? 1 : 0;
+    }
+    return count;
+}
+
+Status Judgement::status() const {
+    Status status = kAccepted;
+    for (const Verdict &verdict : verdicts_) {
+        status = worse(status, kStatusOf[static_cast<int>(verdict.outcome)]);
+    }
+    return status;
+}
+
+namespace {
+
+/// The daemon's own words, in one line.
+void addAnswer(const Command &command, Text &text) {
+    Text masked;
+    addMasked(command.answer, masked);
+    const char *at = masked.get();
+    while (*(at += strspn(at, "\r\n ")) != '\0') {
+        const std::size_t length = strcspn(at, "\r\n");
+        text.add(" ");
+        text.add(at, length);
+        at += length;
+    }
+    if (*command.answer == '\0') {
+        text.addf(" code %d", command.code);
+    }
+}
+
+void addLine(const Verdict &verdict, Text &text) {
+    const Step &step = *verdict.step;
+    if (step.kind == StepKind::kStore) {
+        Text masked;
+        addMasked(step.text, masked);
+        text.addf("%s is not stored (%d)", masked.get(), step.result);
+        return;
+    }
+    text.add(step.daemon);
+    switch (verdict.outcome) {
+    case Outcome::kUnreachable:
+        return text.add(" cannot be reached");
+    case Outcome::kUnanswered:
+        text.add(" did not answer \"");
+        addPlace(step, text);
+        return text.add("\"");
+    default:
+        text.add(" refused \"");
+        addPlace(step, text);
+        text.add("\":");
+        return addAnswer(step.commands->last(), text);
+    }
+}
+
+} // namespace
+
+void Judgement::tell() const {
+    List<char *> told;
+    for (const Verdict &verdict : verdicts_) {
+        if (verdict.outcome == Outcome::kAccepted) {
+            continue;
+        }
+        Text line;
+        addLine(verdict, line);
+        bool known = false;
+        for (const char *earlier : told) {
+            known = known || equals(earlier, line.get());
+        }
+        if (known) {
+            continue;
+        }
+        told.add(copyOf(line.get()));
+        if (verdict.outcome == Outcome::kNoted) {
+            complain("note: %s (%s)", line.get(), verdict.why);
+        } else {
+            complain("%s", line.get());
+        }
+    }
+}
+
+} // namespace frruci::host

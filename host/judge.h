@@ -1,0 +1,68 @@
+/* SPDX-License-Identifier: Apache-2.0 */
+/* Whether what was asked for has been done, told from what left the library and what came back. */
+#ifndef FRRUCI_HOST_JUDGE_H
+#define FRRUCI_HOST_JUDGE_H
+
+#include "host/status.h"
+#include "host/traffic.h"
+
+namespace frruci::host {
+
+/// Where required commands may be refused without anything missing.
+enum class Scene {
+    kRequest,
+    kReplay,     ///< options that the store lacks are sent as 0
+    kNhrpReplay, ///< what is there already is as good as set
+};
+
+enum class Outcome {
+    kNothing, ///< not a delivery
+    kAccepted,
+    kNoted,
+    kRefused,
+    kUnanswered,
+    kUnreachable,
+    kNotStored,
+};
+
+/// One step judged.
+struct Verdict {
+    const Step *step;
+    Outcome outcome;
+    const char *why; ///< of a note
+};
+
+/// All deliveries of a request, judged.
+class Judgement {
+public:
+    Judgement(const List<Step> &steps, Scene scene);
+
+    const List<Verdict> &verdicts() const { return verdicts_; }
+    std::size_t count(Outcome outcome) const;
+    std::size_t sent() const;
+    Status status() const;
+
+    /// Notes, refusals and the rest, one line each, on err; keys hidden.
+    void tell() const;
+
+private:
+    Verdict judge(const Step &step) const;
+    Outcome judgeSession(const Step &step, const char *&why) const;
+    bool wasAcceptedOnce(const Step &step) const;
+
+    const List<Step> &steps_;
+    Scene scene_;
+    List<Verdict> verdicts_;
+};
+
+/// The command of a session that tells how it went: the last one. Null for a session without any.
+const Command *decisive(const Step &step);
+
+/// "interface eth1.2: ip ospf cost 5": where the decisive command was sent, and the command.
+void addPlace(const Step &step, Text &text);
+
+const char *nameOf(Outcome outcome);
+
+} // namespace frruci::host
+
+#endif

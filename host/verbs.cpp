@@ -1,0 +1,347 @@
+// SPDX-License-Identifier: Apache-2.0
+// The table of verbs, and what each of them does.
+
+#include "host/verbs.h"
+
+#include <cerrno>
+#include <cstdio>
+
+#include "host/call.h"
+#include "host/handlers.h"
+#include "host/help.h"
+#include "host/json.h"
+#include "host/library.h"
+#include "host/lock.h"
+#include "host/options.h"
+#include "host/plan.h"
+#include "host/replay.h"
+#include "host/show.h"
+#include "host/streams.h"
+#include "host/words.h"
+
+namespace frruci::host {
+
+namespace {
+
+constexpr int kMaxWords = 64;
+
+/// The words of a request. A "-" at their end is replaced by the lines of standard input.
+class RequestWords {
+public:
+    RequestWords(int count, char **words) {
+        for (int i = 0; i < count; ++i) {
+            words_.add(words[i]);
+        }
+        if (count > 0 && equals(words[count - 1], "-")) {
+            readLines();
+        }
+        words_.add(nullptr);
+    }
+    ~RequestWords() { free(line_); }
+    RequestWords(const RequestWords &) = delete;
+    RequestWords &operator=(const RequestWords &) = delete;
+
+    int count() const { return static_cast<int>(words_.count()) - 1; }
+    char **get() { return words_.begin(); }
+
+private:
+    void readLines() {
+        List<char *> lines;
+        size_t room = 0;
+        while (getline(&line_, &room, in) >= 0) {
+            lines.add(copyOf(line_, strcspn(line_, "\r\n")));
+        }
+        List<char *> all;
+        for (std::size_t i = 0; i + 1 < words_.count(); ++i) {
+            all.add(words_[i]);
+        }
+        words_.clear();
+        for (char *word : all) {
+            words_.add(word);
+        }
+        for (char *word : lines) {
+            words_.add(word);
+        }
+    }
+
+    List<char *> words_;
+    char *line_ = nullptr;
+};
+
+/// The handler that the first word names, its words checked; null with the status otherwise.
+const Handler *requested(int count, char **words, const char *verb, Status &status) {
+    status = kWrongUsage;
+    if (count < 1) {
+        complain("%s needs a handler; \"frruci handlers\" lists them", verb);
+        return nullptr;
+    }
+    const Handler *handler = findHandler(words[0]);
+    if (handler == nullptr) {
+        complain("unknown handler %s; \"frruci handlers\" lists them", words[0]);
+        return nullptr;
+    }
+    status = checkWords(*handler, count - 1, words + 1);
+    return status == kAccepted ? handler : nullptr;
+}
+
+Status callVerb(int count, char **given) {
+    RequestWords words(count, given);
+    Status status = kAccepted;
+    const Handler *handler = requested(words.count(), words.get(), "call", status);
+    if (handler == nullptr) {
+        return status;
+    }
+    return prepare() ? callHandler(*handler, words.count() - 1, words.get() + 1) : kNotUsable;
+}
+
+/// A request as one context for a child process.
+struct Request {
+    const Handler *handler;
+    int count;
+    char **words;
+};
+
+Status planRequest(void *context) {
+    const auto &request = *static_cast<const Request *>(context);
+    return planHandler(*request.handler, request.count, request.words);
+}
+
+Status planReplay(void *context) {
+    return planRecovery(*static_cast<const Replay *>(context));
+}
+
+Status recoverWhat() {
+    return wrongUsage("recover what? ospf, rip or nhrp");
+}
+
+Status planVerb(int count, char **given) {
+    if (count >= 1 && equals(given[0], "recover")) {
+        const Replay *replay = count == 2 ? findReplay(given[1]) : nullptr;
+        if (replay == nullptr) {
+            return recoverWhat();
+        }
+        return prepare() ? inChild(planReplay, const_cast<Replay *>(replay)) : kNotUsable;
+    }
+    RequestWords words(count, given);
+    Status status = kAccepted;
+    Request request = {requested(words.count(), words.get(), "plan", status), words.count() - 1,
+                       words.get() + 1};
+    if (request.handler == nullptr) {
+        return status;
+    }
+    return prepare() ? inChild(planRequest, &request) : kNotUsable;
+}
+
+Json jsonOfForms(const Handler &handler) {
+    const Json forms = jsonArray();
+    for (std::size_t i = 0; i < kFormCount; ++i) {
+        if (kForms[i].handler == handler.name) {
+            append(forms, jsonText(kForms[i].words));
+        }
+    }
+    return forms;
+}
+
+Status handlersVerb(int, char **) {
+    const Json all = jsonArray();
+    for (std::size_t i = 0; i < kHandlerCount; ++i) {
+        const Handler &handler = kHandlers[i];
+        if (wantsJson()) {
+            const Json one = jsonObject();
+            put(one, "handler", handler.name);
+            put(one, "does", handler.does);
+            put(one, "pipe", handler.pipe);
+            put(one, "forms", jsonOfForms(handler));
+            append(all, one);
+            continue;
+        }
+        Text forms;
+        addForms(handler, forms);
+        (void)fputs(forms.get(), out);
+    }
+    if (wantsJson()) {
+        printJson(all);
+    }
+    return kAccepted;
+}
+
+Status startVerb(int, char **) {
+    auto *init = loadLibrary() ? find<int32_t()>("frr_process_init") : nullptr;
+    if (init == nullptr) {
+        return kNotUsable;
+    }
+    {
+        const Watched watched(Watched::kEarnest);
+        (void)init(); // its result says nothing
+    }
+    return prepare() ? recoverAll() : kNotUsable;
+}
+
+Status recoverVerb(int count, char **words) {
+    const Replay *replay = count == 1 ? findReplay(words[0]) : nullptr;
+    if (replay == nullptr) {
+        return recoverWhat();
+    }
+    return prepare() ? recover(*replay) : kNotUsable;
+}
+
+Status reportVerb(int, char **) {
+    auto *report = prepare() ? find<void()>("swShowOspfConfig") : nullptr;
+    if (report == nullptr) {
+        return kNotUsable;
+    }
+    const LibraryPrints prints;
+    report();
+    return kAccepted;
+}
+
+/// Splits a line at spaces. Words cannot be empty; that is what the command line is for.
+int splitLine(char *line, char **words) {
+    int count = 0;
+    char *rest = line;
+    for (char *word = strtok_r(line, " \t\r\n", &rest); word != nullptr && count < kMaxWords;
+         word = strtok_r(nullptr, " \t\r\n", &rest)) {
+        words[count++] = word;
+    }
+    words[count] = nullptr;
+    return count;
+}
+
+Status runLine(char *line) {
+    char *words[kMaxWords + 1];
+    const int count = splitLine(line, words);
+    return count == 0 || words[0][0] == '#' ? kAccepted : runWords(count, words);
+}
+
+Status runVerb(int count, char **words) {
+    FILE *input = count == 0 ? in : fopen(words[0], "re");
+    if (input == nullptr) {
+        return wrongUsage("%s: %s", words[0], strerror(errno));
+    }
+    Status status = kAccepted;
+    char *line = nullptr;
+    size_t room = 0;
+    while (getline(&line, &room, input) >= 0) {
+        status = worse(status, runLine(line));
+    }
+    free(line);
+    if (input != in) {
+        (void)fclose(input); // only read from
+    }
+    return status;
+}
+
+constexpr VerbText kCallText = {
+    "HANDLER [WORD...] [-]",
+    "call a handler and print its answer",
+    "The words must fit the handler (see handlers); they are handed over exactly as given. With - "
+    "as "
+    "the last word the rest comes from standard input, one word a line, so that a key need not "
+    "stand "
+    "in the process list. What a daemon refuses is told on standard error, in its own words.",
+};
+
+constexpr VerbText kPlanText = {
+    "HANDLER [WORD...] [-] | recover ospf|rip|nhrp",
+    "print what would be sent",
+    "Session by session, with shell commands, pauses, writes into the store and the reply. Nothing "
+    "is sent and nothing is changed.",
+};
+
+constexpr VerbText kHandlersText = {
+    "",
+    "list the handlers with their words",
+    "A word in lower case is meant as it stands, alternatives are separated by a bar, a range "
+    "stands "
+    "for a number in it, and a word in capitals is a kind of word.",
+};
+
+constexpr VerbText kStartText = {
+    "",
+    "prepare folders, then replay everything that is stored",
+    "What the router does at boot. Ends with a summary of each protocol.",
+};
+
+constexpr VerbText kRecoverText = {
+    "ospf|rip|nhrp",
+    "replay one stored configuration into its daemons",
+    "Ends with a summary: sessions sent, accepted, noted (refused without anything missing) and "
+    "refused.",
+};
+
+constexpr VerbText kShowText = {
+    "ospf [neighbors|database|interfaces] | rip | nhrp",
+    "print what a daemon knows",
+    "Asks the daemon itself; nothing is written into the store.",
+};
+
+constexpr VerbText kReportText = {
+    "",
+    "print the model of the OSPF configuration",
+    "The model is that of this process: useful at the end of run.",
+};
+
+constexpr VerbText kRunText = {
+    "[FILE]",
+    "run verbs, one a line, in one process",
+    "From standard input without a file. Lines that begin with # are left out. Goes on after a "
+    "failure, and ends with the worst status.",
+};
+
+constexpr VerbText kHelpText = {
+    "[VERB|HANDLER]",
+    "explain a verb, or the words of a handler",
+    "",
+};
+
+} // namespace
+
+constexpr Verb kVerbs[] = {
+    {"call",     kCallText,     Alone::kYes, true,  callVerb    },
+    {"plan",     kPlanText,     Alone::kNo,  true,  planVerb    },
+    {"handlers", kHandlersText, Alone::kNo,  false, handlersVerb},
+    {"start",    kStartText,    Alone::kYes, false, startVerb   },
+    {"recover",  kRecoverText,  Alone::kYes, false, recoverVerb },
+    {"show",     kShowText,     Alone::kNo,  false, show        },
+    {"report",   kReportText,   Alone::kNo,  false, reportVerb  },
+    {"run",      kRunText,      Alone::kNo,  false, runVerb     },
+    {"help",     kHelpText,     Alone::kNo,  false, help        },
+};
+constexpr std::size_t kVerbCount = sizeof kVerbs / sizeof *kVerbs;
+
+const Verb *findVerb(const char *name) {
+    for (const Verb &verb : kVerbs) {
+        if (equals(verb.name, name)) {
+            return &verb;
+        }
+    }
+    return nullptr;
+}
+
+namespace {
+
+Status runAlone(const Verb &verb, int count, char **words) {
+    if (!readyFolder()) {
+        return kNotUsable;
+    }
+    const Lock lock;
+    return lock.isHeld() ? verb.run(count, words) : kNotUsable;
+}
+
+} // namespace
+
+Status runWords(int count, char **words) {
+    const Verb *verb = findVerb(words[0]);
+    if (verb == nullptr) {
+        return wrongUsage("unknown command %s; \"frruci help\" lists them", words[0]);
+    }
+    ++words;
+    --count;
+    if (!takeOptions(count, words, !verb->exactWords)) {
+        return kWrongUsage;
+    }
+    moveLongLog();
+    return verb->alone == Alone::kYes ? runAlone(*verb, count, words) : verb->run(count, words);
+}
+
+} // namespace frruci::host
