@@ -46,6 +46,15 @@ int countOf(const std::string &part, const std::string &text) {
     return count;
 }
 
+/// Two replies that the stage's reader found in the pipe at once, in a line each.
+std::string apart(std::string traces) {
+    for (std::size_t at = 0; (at = traces.find("okok", at)) != std::string::npos;) {
+        const std::size_t line = traces.rfind("reply ", at);
+        traces.insert(at + 2, "\n" + traces.substr(line, at - line));
+    }
+    return traces;
+}
+
 /// The stage may see a reply and the session after it in either order.
 std::vector<std::string> sortedLines(const std::string &text) {
     std::istringstream from(text);
@@ -68,7 +77,7 @@ std::string tracesOf(const std::function<void(stage::Stage &)> &call, int answer
     (void)swRipInit();
     call(stage);
     (void)stage.output();
-    return stage.trace();
+    return apart(stage.trace());
 }
 
 /// The same in peace and under the timer; the traces of the latter.
