@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "host/call.h"
+#include "host/doctor.h"
 #include "host/handlers.h"
 #include "host/help.h"
 #include "host/json.h"
@@ -288,6 +289,13 @@ constexpr VerbText kRunText = {
     "failure, and ends with the worst status.",
 };
 
+constexpr VerbText kDoctorText = {
+    "",
+    "look for what keeps settings from working",
+    "One line for each thing looked at: ok, warning or fault, and what to do. Nothing is changed. "
+    "Ends with 0 without a fault, else with 4.",
+};
+
 constexpr VerbText kHelpText = {
     "[VERB|HANDLER]",
     "explain a verb, or the words of a handler",
@@ -305,6 +313,7 @@ constexpr Verb kVerbs[] = {
     {"show",     kShowText,     Alone::kNo,  false, show        },
     {"report",   kReportText,   Alone::kNo,  false, reportVerb  },
     {"run",      kRunText,      Alone::kNo,  false, runVerb     },
+    {"doctor",   kDoctorText,   Alone::kNo,  false, doctor      },
     {"help",     kHelpText,     Alone::kNo,  false, help        },
 };
 constexpr std::size_t kVerbCount = sizeof kVerbs / sizeof *kVerbs;

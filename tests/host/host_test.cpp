@@ -141,7 +141,7 @@ TEST_F(Host, TheFolderIsRootsAlone) {
 TEST_F(Host, EveryVerbMovesALongLog) {
     for (const char *line :
          {"call process_ospf_neighbor", "handlers", "help", "show rip",
-          "plan process_ospf_neighbor", "report", "run", "start", "recover nhrp"}) {
+          "plan process_ospf_neighbor", "report", "doctor", "run", "start", "recover nhrp"}) {
         unlink("/tmp/tmp/data.1");
         ASSERT_EQ(system("truncate -s 524288 /tmp/tmp/data"), 0);
         (void)frruci(split(line));
@@ -252,8 +252,8 @@ TEST_F(Host, HelpVersionAndHandlersAnswerWithoutALibrary) {
 }
 
 TEST_F(Host, EveryVerbHasItsHelp) {
-    for (const char *verb :
-         {"call", "plan", "handlers", "start", "recover", "show", "report", "run", "help"}) {
+    for (const char *verb : {"call", "plan", "handlers", "start", "recover", "show", "report",
+                             "run", "doctor", "help"}) {
         const Outcome outcome = frruci({"help", verb});
         EXPECT_EQ(outcome.status, 0) << verb;
         EXPECT_EQ(outcome.output.find(std::string("usage: frruci [OPTION...] ") + verb), 0U);
@@ -306,6 +306,7 @@ TEST_F(Host, RequestsTakeTurnsAndShowsAndPlansDoNot) {
         EXPECT_EQ(frruci(split(line)).status, 0) << line;
     }
     EXPECT_EQ(frruci({"show", "rip"}).status, 4); // nobody is there
+    EXPECT_NE(frruci({"doctor"}).status, 3);
     // Without a limit of the user's it waits as long as it takes.
     int out[2];
     ASSERT_EQ(pipe2(out, O_CLOEXEC), 0);
