@@ -5,5 +5,6 @@ INCLUDE_DIR := $(TOPDIR)/include
 STAGING_DIR := $(SDK_WORK)/staging
 INSTALL_DIR := install -d -m0755
 INSTALL_BIN := install -m0755
+INSTALL_DATA := install -m0644
 INSTALL_CONF := install -m0600
 CP := cp -fpR

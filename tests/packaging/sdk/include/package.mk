@@ -27,11 +27,15 @@ prepare:
 	$(Build/Prepare)
 
 # As the SDK does it: an install prefix below the build folder, a folder that the headers are taken from.
+define CompileWithCMake
+cmake -G Ninja -S $(PKG_BUILD_DIR) -B $(PKG_BUILD_DIR)/build -DCMAKE_INSTALL_PREFIX=/usr $(CMAKE_OPTIONS)
+cmake --build $(PKG_BUILD_DIR)/build
+DESTDIR=$(PKG_INSTALL_DIR) cmake --install $(PKG_BUILD_DIR)/build
+rm -rf $(SDK_WORK)/dev
+$(call Build/InstallDev,$(SDK_WORK)/dev)
+endef
+
 build: prepare
-	cmake -G Ninja -S $(PKG_BUILD_DIR) -B $(PKG_BUILD_DIR)/build -DCMAKE_INSTALL_PREFIX=/usr $(CMAKE_OPTIONS)
-	cmake --build $(PKG_BUILD_DIR)/build
-	DESTDIR=$(PKG_INSTALL_DIR) cmake --install $(PKG_BUILD_DIR)/build
-	rm -rf $(SDK_WORK)/dev
-	$(call Build/InstallDev,$(SDK_WORK)/dev)
+	$(if $(filter undefined,$(origin Build/Compile)),$(CompileWithCMake),$(Build/Compile))
 
 .PHONY: packages prepare build
