@@ -12,9 +12,8 @@ namespace frruci::host {
 
 namespace {
 
-/// A command that may be refused. A "*" at the end stands for anything.
+/// A command that may be refused, whichever daemon it goes to. A "*" stands for anything.
 struct Harmless {
-    const char *daemon;
     const char *command;
     const char *why;
     bool onlyInReplay;
@@ -25,20 +24,19 @@ constexpr const char *kNoSummary = "ripd does not know it";
 constexpr const char *kNoOption = "the store has no value for it";
 
 constexpr Harmless kHarmless[] = {
-    {"ripd",  "no key chain app_rip_*",                          kNoChain,   false},
-    {"ripd",  "autosummary",                                     kNoSummary, false},
-    {"ripd",  "no autosummary",                                  kNoSummary, false},
-    {"ospfd", "ip ospf cost 0",                                  kNoOption,  true },
-    {"ospfd", "ip ospf retransmit-interval 0",                   kNoOption,  true },
-    {"ospfd", "ip ospf transmit-delay 0",                        kNoOption,  true },
-    {"ospfd", "ip ospf hello-interval 0",                        kNoOption,  true },
-    {"ospfd", "ip ospf dead-interval 0",                         kNoOption,  true },
-    {"ospfd", "ip ospf message-digest-key 0 *",                  kNoOption,  true },
-    {"ospfd", "distance 0",                                      kNoOption,  true },
-    {"ospfd", "maximum-paths 0",                                 kNoOption,  true },
-    {"ospfd", "default-information originate *metric-type 0",    kNoOption,  true },
-    {"ospfd", "no default-information originate *metric-type 0", kNoOption,  true },
-    {"ripd",  "default-metric 0",                                kNoOption,  true },
+    {"no key chain app_rip_*",                       kNoChain,   false},
+    {"autosummary",                                  kNoSummary, false},
+    {"no autosummary",                               kNoSummary, false},
+    {"ip ospf cost 0",                               kNoOption,  true },
+    {"ip ospf retransmit-interval 0",                kNoOption,  true },
+    {"ip ospf transmit-delay 0",                     kNoOption,  true },
+    {"ip ospf hello-interval 0",                     kNoOption,  true },
+    {"ip ospf dead-interval 0",                      kNoOption,  true },
+    {"ip ospf message-digest-key 0 *",               kNoOption,  true },
+    {"distance 0",                                   kNoOption,  true },
+    {"maximum-paths 0",                              kNoOption,  true },
+    {"default-information originate *metric-type 0", kNoOption,  true },
+    {"default-metric 0",                             kNoOption,  true },
 };
 
 /// Whether a text is the pattern, in which one "*" stands for anything.
@@ -54,10 +52,9 @@ bool matches(const char *pattern, const char *text) {
            equals(text + size - endSize, end);
 }
 
-const char *harmlessReason(const char *daemon, const char *command, Scene scene) {
+const char *harmlessReason(const char *command, Scene scene) {
     for (const Harmless &row : kHarmless) {
-        if (equals(row.daemon, daemon) && matches(row.command, command) &&
-            (scene == Scene::kReplay || !row.onlyInReplay)) {
+        if (matches(row.command, command) && (scene == Scene::kReplay || !row.onlyInReplay)) {
             return row.why;
         }
     }
@@ -141,7 +138,7 @@ Outcome Judgement::judgeSession(const Step &step, const char *&why) const {
     if (scene_ == Scene::kNhrpReplay && strstr(last->answer, "exists already") != nullptr) {
         return Outcome::kAccepted;
     }
-    why = harmlessReason(step.daemon, last->text, scene_);
+    why = harmlessReason(last->text, scene_);
     return why != nullptr ? Outcome::kNoted : Outcome::kRefused;
 }
 
