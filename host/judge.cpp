@@ -12,9 +12,14 @@ namespace frruci::host {
 
 namespace {
 
-/// A command that may be refused, whichever daemon it goes to. A "*" stands for anything.
+constexpr int kUnknown = 2;     // the completion code for what a daemon does not know
+constexpr int kImpossible = 13; // and for what it knows and cannot do
+
+/// A command that may be refused in this way, whichever daemon it goes to. A "*" stands for
+/// anything.
 struct Harmless {
     const char *command;
+    int code;
     const char *why;
     bool onlyInReplay;
 };
@@ -24,19 +29,19 @@ constexpr const char *kNoSummary = "ripd does not know it";
 constexpr const char *kNoOption = "the store has no value for it";
 
 constexpr Harmless kHarmless[] = {
-    {"no key chain app_rip_*",                       kNoChain,   false},
-    {"autosummary",                                  kNoSummary, false},
-    {"no autosummary",                               kNoSummary, false},
-    {"ip ospf cost 0",                               kNoOption,  true },
-    {"ip ospf retransmit-interval 0",                kNoOption,  true },
-    {"ip ospf transmit-delay 0",                     kNoOption,  true },
-    {"ip ospf hello-interval 0",                     kNoOption,  true },
-    {"ip ospf dead-interval 0",                      kNoOption,  true },
-    {"ip ospf message-digest-key 0 *",               kNoOption,  true },
-    {"distance 0",                                   kNoOption,  true },
-    {"maximum-paths 0",                              kNoOption,  true },
-    {"default-information originate *metric-type 0", kNoOption,  true },
-    {"default-metric 0",                             kNoOption,  true },
+    {"no key chain app_rip_*",                       kImpossible, kNoChain,   false},
+    {"autosummary",                                  kUnknown,    kNoSummary, false},
+    {"no autosummary",                               kUnknown,    kNoSummary, false},
+    {"ip ospf cost 0",                               kUnknown,    kNoOption,  true },
+    {"ip ospf retransmit-interval 0",                kUnknown,    kNoOption,  true },
+    {"ip ospf transmit-delay 0",                     kUnknown,    kNoOption,  true },
+    {"ip ospf hello-interval 0",                     kUnknown,    kNoOption,  true },
+    {"ip ospf dead-interval 0",                      kUnknown,    kNoOption,  true },
+    {"ip ospf message-digest-key 0 *",               kUnknown,    kNoOption,  true },
+    {"distance 0",                                   kUnknown,    kNoOption,  true },
+    {"maximum-paths 0",                              kUnknown,    kNoOption,  true },
+    {"default-information originate *metric-type 0", kUnknown,    kNoOption,  true },
+    {"default-metric 0",                             kUnknown,    kNoOption,  true },
 };
 
 /// Whether a text is the pattern, in which one "*" stands for anything.
@@ -52,9 +57,10 @@ bool matches(const char *pattern, const char *text) {
            equals(text + size - endSize, end);
 }
 
-const char *harmlessReason(const char *command, Scene scene) {
+const char *harmlessReason(const Command &command, Scene scene) {
     for (const Harmless &row : kHarmless) {
-        if (matches(row.command, command) && (scene == Scene::kReplay || !row.onlyInReplay)) {
+        if (row.code == command.code && matches(row.command, command.text) &&
+            (scene == Scene::kReplay || !row.onlyInReplay)) {
             return row.why;
         }
     }
@@ -138,7 +144,7 @@ Outcome Judgement::judgeSession(const Step &step, const char *&why) const {
     if (scene_ == Scene::kNhrpReplay && strstr(last->answer, "exists already") != nullptr) {
         return Outcome::kAccepted;
     }
-    why = harmlessReason(last->text, scene_);
+    why = harmlessReason(*last, scene_);
     return why != nullptr ? Outcome::kNoted : Outcome::kRefused;
 }
 

@@ -112,6 +112,12 @@ TEST_F(Road, ARefusalThatLeavesNothingMissingIsANote) {
     EXPECT_EQ(chain.status, 0);
     EXPECT_EQ(chain.errors, "frruci: note: ripd refused \"no key chain app_rip_9\": % Can't find. "
                             "(there was no such key chain)\n");
+    // A daemon that does not even know the command has not cleaned up.
+    stage_.answer("ripd", "no key chain app_rip_9", {.code = 2});
+    EXPECT_EQ(
+        frruci({"call", "process_rip_interface", "authen_mode", "eth1.2", "md5", "9", "geheim"})
+            .status,
+        1);
     for (const char *word : {"enable", "disable"}) {
         const std::string command =
             word == std::string("enable") ? "autosummary" : "no autosummary";

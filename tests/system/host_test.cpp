@@ -28,10 +28,11 @@ class HostOnDaemons : public testing::Test {
 protected:
     void SetUp() override {
         setenv("FRRUCI_LIBRARY", LIBRARY, 1);
+        ASSERT_TRUE(router_.startManagement());
         ASSERT_TRUE(router_.start("zebra"));
     }
     void TearDown() override {
-        for (const char *daemon : {"nhrpd", "ripd", "ospfd", "zebra"}) {
+        for (const char *daemon : {"nhrpd", "ripd", "ospfd", "zebra", "mgmtd"}) {
             EXPECT_TRUE(router_.stop(daemon));
         }
         for (const char *store : {"/etc/config/ospf", "/etc/config/rip", "/etc/config/nhrp"}) {
