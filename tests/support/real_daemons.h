@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
-// Real daemons for system tests, on the router of the sandbox and on a second one that its VLANs lead to.
-// Polls with deadlines; works only inside "sandbox --interfaces".
+// Real daemons for system tests, on the router of the sandbox and on a second one that its VLANs
+// lead to. Polls with deadlines; works only inside "sandbox --interfaces".
 #ifndef FRRUCI_TESTS_SUPPORT_REAL_DAEMONS_H
 #define FRRUCI_TESTS_SUPPORT_REAL_DAEMONS_H
 
