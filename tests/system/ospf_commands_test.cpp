@@ -234,6 +234,16 @@ TEST_F(OspfCommands, Areas) {
 }
 
 TEST_F(OspfCommands, VirtualLinks) {
+    // Since 10.7 only a router in two areas takes them.
+    ASSERT_EQ(router_
+                  .configure("ospfd", {"router ospf", "network 10.1.2.0/24 area 0",
+                                       "network 10.1.3.0/24 area 0.0.0.1"})
+                  .code,
+              0);
+    ASSERT_TRUE(routers::waitFor([this] {
+        return router_.vty("ospfd", "show ip ospf").text.find("This router is an ABR") !=
+               std::string::npos;
+    }));
     play(kLinkRows, "router ospf");
 }
 
