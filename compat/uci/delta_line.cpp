@@ -13,7 +13,7 @@ namespace frruci::uci {
 
 namespace {
 
-/// The characters that stand before a line, in the order of Change; a blank stands for none.
+/// The characters that stand before a line, in the order of Change; a space stands for none.
 constexpr char kMarks[] = "+- @^|~";
 
 /// Control characters cannot be kept, except those that white space has.
@@ -144,7 +144,7 @@ Change takeMark(char *&text) {
     return static_cast<Change>(mark - kMarks);
 }
 
-/// Cuts text at the first separator and returns what is behind it; null without one.
+/// Cuts text at the first separator and returns what comes after it; null without one.
 char *cutAt(char *text, char separator) {
     char *found = text == nullptr ? nullptr : strchr(text, separator);
     if (found != nullptr) {

@@ -36,14 +36,14 @@ bool atCommandEnd(Words &words) {
     return words.next(extra) && *words.at(extra) == '\0';
 }
 
-/// The two words behind a command and nothing else; the second may be missing.
+/// The two words after a command and nothing else; the second may be missing.
 bool takeTwo(Words &words, std::size_t &first, std::size_t &second) {
     return words.next(first) && *words.at(first) != '\0' && words.next(second) &&
            atCommandEnd(words);
 }
 
 int readPackage(Reading &reading) {
-    // Intended: the name is checked only; a file is named after itself.
+    // As in libuci: the name is only checked. A package has its file's name.
     std::size_t name = 0;
     const bool whole = reading.words.next(name) && isPackageName(reading.words.at(name)) &&
                        atCommandEnd(reading.words);

@@ -47,7 +47,7 @@ uci_element *findLast(uci_list &head, const char *name);
 bool isNameCharacter(char c);
 /// Name characters, at least one.
 bool isName(const char *text);
-/// Printable characters without blanks, at least one: section types and package names.
+/// Printable characters without spaces, at least one: section types and package names.
 bool isWord(const char *text);
 
 // Functions that return a record give null without memory; those that return int a UCI_ERR code.

@@ -24,7 +24,7 @@ public:
     int open(const char *path, int flags, mode_t mode, int lock);
     /// Reads the file from its start to its end.
     int read(Text &content) const;
-    /// Appends all of lines, or nothing; on a line of their own, even behind an unfinished one.
+    /// Appends all of lines, or nothing; on lines of their own, even after an unfinished one.
     int append(const Text &lines) const;
     int truncate(off_t size) const;
     bool isOpen() const { return descriptor_ >= 0; }

@@ -12,7 +12,7 @@ namespace {
 
 /// Where a line with a NUL byte is taken to end depends on this and on its doubling.
 constexpr std::size_t kFirstCapacity = 32;
-constexpr char kBlanks[] = " \t";
+constexpr char kSeparators[] = " \t";
 
 bool isSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -82,8 +82,8 @@ void Words::skipSpaces() {
 }
 
 const char *Words::command() {
-    char *word = line_ + at_ + strspn(line_ + at_, kBlanks);
-    word[strcspn(word, kBlanks)] = '\0';
+    char *word = line_ + at_ + strspn(line_ + at_, kSeparators);
+    word[strcspn(word, kSeparators)] = '\0';
     return *word == '\0' ? nullptr : word;
 }
 
@@ -112,7 +112,7 @@ bool Words::next(std::size_t &word) {
         }
     } while (line_[at_] != '\0' && !isSpace(line_[at_]));
     if (line_[at_] != '\0' && line_[at_] != ';') {
-        ++at_; // the blank, where the word's NUL may come to stand
+        ++at_; // the space, where the word's NUL may come to stand
     }
     line_[target] = '\0';
     return !noMemory_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: Apache-2.0
 // The words of a file in UCI syntax: quotes, escapes, comments and separators resolved. Words are
-// taken apart in the line's own memory, as in libuci: what stands behind a semicolon, a NUL or a
+// taken apart in the line's own memory, as in libuci: what stands after a semicolon, a NUL or a
 // joined line depends on that.
 #ifndef FRRUCI_COMPAT_UCI_WORDS_H
 #define FRRUCI_COMPAT_UCI_WORDS_H
@@ -18,9 +18,9 @@ public:
 
     /// Goes on to the next line; false at the end of the text or without memory.
     bool nextLine();
-    /// The next word up to a blank or tab; null at the line's end. Quotes mean nothing in it.
+    /// The next word up to a space or tab; null at the line's end. Quotes mean nothing in it.
     const char *command();
-    /// Goes behind what command gave; false when the line ends there.
+    /// Goes past what command gave; false when the line ends there.
     bool skipCommand();
     /// Takes the next word and stores where it begins: at the line's end or a separator an empty
     /// one. False for an unclosed quote. A word may move when the next one is taken.
