@@ -26,10 +26,6 @@ using frruci::outside::happened;
 using frruci::outside::happens;
 using frruci::outside::rehearsed;
 
-constexpr int32_t kOutOfMemory = 1;
-constexpr int32_t kInvalid = 2;
-constexpr int32_t kNotFound = 3;
-
 /// One store operation of frr_uci_init.
 struct InitStep {
     int line;
@@ -81,7 +77,7 @@ uci_context *newContext() {
 
 /// The code of a call of libuci; one that ran out of memory may have kept its locks.
 int32_t checked(int32_t code, const char *package) {
-    if (code == kOutOfMemory) {
+    if (code == UCI_ERR_MEM) {
         releaseLocks(package);
     }
     return code;
@@ -128,7 +124,7 @@ int32_t frr_uci_set(const char *package, const char *section, const char *option
                     const char *value) {
     uci_context *context = newContext();
     if (context == nullptr) {
-        return kOutOfMemory;
+        return UCI_ERR_MEM;
     }
     uci_ptr target = {};
     target.package = named(package);
@@ -149,14 +145,14 @@ int32_t frr_uci_get(const char *package, const char *section, const char *option
     }
     uci_context *context = newContext();
     if (context == nullptr) {
-        return kOutOfMemory;
+        return UCI_ERR_MEM;
     }
     uci_package *loaded = nullptr;
     int32_t result = load(context, named(package), &loaded);
     if (result == UCI_OK) {
         const char *text = textOf(context, loaded, section, option);
         if (text == nullptr) {
-            result = kNotFound;
+            result = UCI_ERR_NOTFOUND;
         } else if (out != nullptr && out_size > 0) {
             std::copy_n(text, strnlen(text, out_size - 1U), out);
         }
@@ -168,26 +164,26 @@ int32_t frr_uci_get(const char *package, const char *section, const char *option
 
 int32_t frr_uci_add_section(const char *package, const char *name, const char *type) {
     if (type == nullptr) {
-        return kInvalid;
+        return UCI_ERR_INVAL;
     }
     if (!happens(FRRUCI_STORE, named(package), type, -1, 0, name)) {
         return rehearsed();
     }
     uci_context *context = newContext();
     if (context == nullptr) {
-        return happened(kOutOfMemory);
+        return happened(UCI_ERR_MEM);
     }
     uci_package *loaded = nullptr;
     (void)load(context, named(package), &loaded); // every reason counts as not found below
     if (loaded == nullptr) {
-        record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", 102, 1, named(package));
+        (void)record_log_act("frr_uci:%d:  ret=%d, uci_load %s\n", 102, 1, named(package));
         uci_free_context(context);
-        return happened(kNotFound);
+        return happened(UCI_ERR_NOTFOUND);
     }
     uci_section *section = nullptr;
     const int32_t result = uci_add_section(context, loaded, type, &section);
     if (result != UCI_OK) {
-        record_log_act("frr_uci:%d:  ret=%d, uci_add_section %d\n", 108, result, result);
+        (void)record_log_act("frr_uci:%d:  ret=%d, uci_add_section %d\n", 108, result, result);
     } else {
         // Fixed by the interface: the section stays anonymous, so the name shows in memory only.
         std::copy_n(named(name), std::min(strlen(named(name)), strlen(section->e.name)),
@@ -225,12 +221,12 @@ void frr_uci_foreach_section(const char *package, const char *type,
 }
 
 int32_t frr_uci_init(void) {
-    int32_t result = 0;
+    int32_t result = UCI_OK;
     for (const InitStep &step : kInitSteps) {
         result = runStep(step);
-        if (result != 0) {
-            record_log_act("frr_uci:%d:  ret=%d, %s %d\n", step.line, result, step.operation,
-                           result);
+        if (result != UCI_OK) {
+            (void)record_log_act("frr_uci:%d:  ret=%d, %s %d\n", step.line, result, step.operation,
+                                 result);
         }
     }
     return result;

@@ -20,7 +20,7 @@ constexpr uint32_t kFirstObserverBytes = 24;
 constexpr uint32_t kEndingBytes = 4; // three NULs and the completion code
 constexpr uint64_t kMicroseconds = 1000000;
 
-// Hosts are built with these layouts; fields are only added behind them.
+// Hosts are built with these layouts; fields are only added after these.
 static_assert(sizeof(FrruciObserver) == kFirstObserverBytes && sizeof(FrruciEvent) == 72 &&
               offsetof(FrruciEvent, number) == 48 && offsetof(FrruciEvent, code) == 64);
 
