@@ -11,7 +11,6 @@
 #include <unistd.h>
 
 #include "common/outside.h"
-#include "common/shell.h"
 #include "common/text.h"
 #include "common/uninterrupted.h"
 #include "frruci/observe.h"
@@ -19,7 +18,7 @@
 namespace {
 
 using frruci::common::format;
-using frruci::common::runShell;
+using frruci::outside::runShell;
 
 constexpr const char *kLogPath = "/tmp/tmp/data";
 constexpr const char *kVidAnswer = "/tmp/cli_vid";

@@ -46,6 +46,12 @@ ssize_t receive(int fd, char *bytes, std::size_t room);
 /// As system.
 int run(const char *command);
 
+/// The same for a command whose status nobody looks at: what went wrong shows in the answer file or
+/// in the next exchange with the daemon.
+inline void runShell(const char *command) {
+    (void)run(command); // as said above
+}
+
 /// As popen for reading.
 FILE *openListing(const char *command);
 void closeListing(FILE *listing);

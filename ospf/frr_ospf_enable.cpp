@@ -8,7 +8,6 @@
 
 #include "common/front_end.h"
 #include "common/outside.h"
-#include "common/shell.h"
 #include "ospf/command.h"
 #include "ospf/frr_ospf_process.h"
 #include "ospf/sw_ospf.h"
@@ -59,7 +58,7 @@ int32_t ospf_enable(const char *router_id_text) {
         (void)record_log_act("frr_ospf:%d: ospf process exist\n", 235);
         return sendRouterId(router_id_text);
     }
-    frruci::common::runShell("conntrack -D -p ospf");
+    frruci::outside::runShell("conntrack -D -p ospf");
     (void)record_log_act("frr_ospf:%d: ospf_enable router_id %s\n", 241, orEmpty(router_id_text));
     (void)swOspfEnableProcess(kWan.processId, kWan.selector); // the exchange below tells
     frruci::outside::pauseFor(kStartPauseSeconds);

@@ -8,7 +8,6 @@
 
 #include "common/front_end.h"
 #include "common/outside.h"
-#include "common/shell.h"
 #include "common/status.h"
 #include "common/table.h"
 #include "common/uninterrupted.h"
@@ -27,8 +26,8 @@ using frruci::common::findRow;
 using frruci::common::hasUniqueWords;
 using frruci::common::kFailed;
 using frruci::common::kSuccess;
-using frruci::common::runShell;
 using frruci::common::Words;
+using frruci::outside::runShell;
 
 constexpr const char *kReplyPipe = "/tmp/tmp/ospf_pipe_c2lua"; // shared with OSPF
 

@@ -7,7 +7,6 @@
 #include <cstdlib>
 
 #include "common/outside.h"
-#include "common/shell.h"
 #include "vty/views.h"
 
 namespace {
@@ -37,10 +36,10 @@ constexpr StandardView kStandardViews[] = {
 } // namespace
 
 int32_t frr_process_init(void) {
-    frruci::common::runShell(kMakeFolder);
+    frruci::outside::runShell(kMakeFolder);
     frruci::outside::pauseFor(kFolderPauseSeconds);
     for (const char *command : kOpenPermissions) {
-        frruci::common::runShell(command);
+        frruci::outside::runShell(command);
     }
     return 0;
 }
