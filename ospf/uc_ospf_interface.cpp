@@ -20,6 +20,7 @@ using frruci::common::Locked;
 using namespace frruci::ospf;
 
 constexpr uint32_t kInUse = 1;
+
 /// By OspfInfParaKey.
 constexpr Field<OspfInterfaceEntry> kKeyFields[] = {
     FRRUCI_FIELD(OspfInterfaceEntry, helloInterval),

@@ -42,8 +42,8 @@ struct Expansion {
 };
 
 /// Fills in the placeholder whose name starts at text; returns its closing bracket, or null when
-/// the placeholder cannot be filled. Fixed by the interface: a name that the
-/// entry text ends in is left out.
+/// the placeholder cannot be filled. Fixed by the interface: a name that the entry text ends in is
+/// left out.
 const char *expandPlaceholder(const char *text, dlist **holder, Expansion &expansion) {
     char name[kNameBytes] = {};
     const std::size_t length = strcspn(text, "<>");
