@@ -160,6 +160,13 @@ void readSession(Session &session) {
     }
 }
 
+/// The thread's poll does not know of a session that somebody else accepted.
+void watchAnew() {
+    if (write(world->wake[1], "", 1) < 0 && errno != EAGAIN) {
+        abort();
+    }
+}
+
 void acceptSessions(int daemon) {
     for (;;) {
         const int fd = accept4(world->listeners[daemon], nullptr, nullptr, SOCK_CLOEXEC);
@@ -174,6 +181,7 @@ void acceptSessions(int daemon) {
         session->daemon = daemon;
         newEvent(Event::Kind::Session, world->sessionCount);
         world->sessions[world->sessionCount++] = session;
+        watchAnew();
     }
 }
 

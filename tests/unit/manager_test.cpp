@@ -1,14 +1,12 @@
 // SPDX-License-Identifier: Apache-2.0
 // Walks that go to mgmtd: turns, patience, what is left behind, and what an observer sees.
 
-#include <chrono>
 #include <cstdint>
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <net/if.h>
 #include <string>
 #include <sys/file.h>
-#include <thread>
 #include <unistd.h>
 
 #include "frruci/frruci.h"
@@ -17,8 +15,6 @@
 namespace {
 
 constexpr const char *kCommand = "ip rip send version 1";
-constexpr const char *kWalk =
-    "ripd:\nmgmtd: enable | configure | interface eth1.2 | ip rip send version 1";
 constexpr const char *kBusy = "% command failed, could not lock running DS\n";
 constexpr int kTurnPauseUs = 10000;
 constexpr int kBusyPauseUs = 50000;
@@ -106,34 +102,35 @@ TEST_F(Mgmtd, AViewThatGetsNoTurnFailsAsWithoutConnection) {
     EXPECT_EQ(std::string(stage_.trace()).find("enable"), std::string::npos);
 }
 
-TEST_F(Mgmtd, AWalkWaitsForItsTurn) {
-    auto *others = new OthersTurn;
-    std::thread releaser([&] {
-        while (std::string(stage_.trace()).find("usleep") == std::string::npos) {
-            std::this_thread::yield();
-        }
-        delete others;
-    });
-    EXPECT_EQ(deliver(), 0U);
-    releaser.join();
-    EXPECT_TRUE(isFree());
+/// What happens in the middle of a walk: at its third pause, and at each of its commands.
+struct Meanwhile {
+    OthersTurn *others = nullptr; ///< given up at the third pause
+    int pauses = 0;
+    int commands = 0;
+    int freeAtCommands = 0;
+};
+
+void meanwhile(FrruciEvent *event, void *context) {
+    auto &seen = *static_cast<Meanwhile *>(context);
+    if (event->kind == FRRUCI_PAUSE && event->done == 0 && ++seen.pauses == 3) {
+        delete seen.others;
+    }
+    if (event->kind == FRRUCI_COMMAND) {
+        ++seen.commands;
+        seen.freeAtCommands += isFree() ? 1 : 0;
+    }
 }
 
-TEST_F(Mgmtd, OthersHaveToWaitDuringAWalk) {
-    stage::Answer slow;
-    slow.delayMs = 200;
-    stage_.answer("mgmtd", kCommand, slow);
-    bool met = false;
-    std::thread other([&] {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-        while (!met && std::chrono::steady_clock::now() < end) {
-            met = !isFree();
-        }
-    });
-    while (!met && deliver() == 0) {
-    }
-    other.join();
-    EXPECT_TRUE(met);
+TEST_F(Mgmtd, AWalkWaitsForItsTurnAndThenOthersForItsEnd) {
+    Meanwhile seen;
+    seen.others = new OthersTurn;
+    const FrruciObserver observer = {sizeof observer, 0, meanwhile, &seen};
+    ASSERT_EQ(frruciObserve(&observer), 0);
+    EXPECT_EQ(deliver(), 0U);
+    EXPECT_EQ(frruciObserve(nullptr), 0);
+    EXPECT_EQ(seen.pauses, 3);
+    EXPECT_EQ(seen.commands, 4);
+    EXPECT_EQ(seen.freeAtCommands, 0);
     EXPECT_TRUE(isFree());
 }
 
