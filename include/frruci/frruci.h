@@ -13,7 +13,8 @@
  *     reads; the write waits in open until a reader is there. Without the pipe nothing is written.
  *  5. "Logs" means one line appended to /tmp/tmp/data; without that folder the line is dropped.
  *  6. "Sends" means: over a session of its own on the daemon's vty socket in /var, closed before
- *     the function returns unless its description says otherwise.
+ *     the function returns unless its description says otherwise. What configures ripd or zebra is
+ *     sent to mgmtd where that runs, which since FRRouting 10 takes it; docs/rip.md has the rest.
  *  7. Calls run on the caller's thread, one handler at a time. The library starts no threads.
  *  8. Times are whole seconds unless a name says otherwise. Addresses held as numbers are in
  *     network order as they lie in memory: the first octet has the lowest address.
