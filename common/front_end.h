@@ -44,8 +44,8 @@ int32_t sw_is_wan_vid(int32_t vid);
 /* Tells whether the dotted address ip_text may be used as a LAN network address: asks the front-end
  * (answer files /tmp/cli_ipaddr and /tmp/cli_vid; a link or a pipe in their place is no answer)
  * and compares with the router's own addresses. A text with characters that check_safe_string
- * refuses is not asked about: a line on standard output says so and an older answer counts. Result:
- * 0 usable; 1 a WAN address or one of the router's own; -1 in no LAN VLAN, or no answer. */
+ * refuses is not asked about: a line on standard output says so and an older answer counts.
+ * Result: 0 usable; 1 a WAN address or one of the router's own; -1 in no LAN VLAN, or no answer. */
 int32_t check_network_ip(const char *ip_text);
 
 FRRUCI_C_END

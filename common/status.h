@@ -1,6 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* Result codes that mean the same in every room. A room names its further codes in its own files.
- */
+/* Result codes that mean the same in every room. Codes of one room stand in its own files. */
 #ifndef FRRUCI_COMMON_STATUS_H
 #define FRRUCI_COMMON_STATUS_H
 

@@ -65,8 +65,7 @@ uint32_t nhrp_tunnel_profile(uint16_t vrf, const char *ifname, const char *profi
  * source: an interface. */
 uint32_t nhrp_tunnel_source(uint16_t vrf, const char *ifname, const char *source);
 
-/* Sends "tunnel add <first> <second>" to nhrpd; stores nothing. The two words are passed through.
- */
+/* Sends "tunnel add <first> <second>" to nhrpd; stores nothing. Both words are passed on. */
 uint32_t nhrp_tunnel_spoke_link(uint16_t vrf, const char *ifname, const char *first,
                                 const char *second);
 
@@ -81,8 +80,7 @@ uint32_t nhrp_no_tunnel_spoke_link(uint16_t vrf, const char *ifname, const char 
 /* Sends "no link-detect" to zebra; stores "1" in "no_link_detect". */
 uint32_t nhrp_no_link_detect(uint16_t vrf, const char *ifname);
 
-/* ---- global settings: sent to nhrpd in its configuration context; no interface is recorded ----
- */
+/* ---- global settings: sent to nhrpd's configuration context; no interface is recorded ---- */
 
 /* Sends "nhrp nflog-group <group>"; stores the group in "nflog_group".
  * group: an NFLOG group, a decimal number. */

@@ -22,8 +22,9 @@ FRRUCI_C_BEGIN
  *   wan     1 for a WAN interface, 0 for LAN; the interface is addressed by its name alone
  *   enable  non-zero: the setting; 0: its "no" form, which ignores the value
  * Numbers are sent as they are; the daemon refuses those out of range. A command is cut at 255
- * characters. Shared result: 0 accepted; 1 no connection, or the context or the command was
- * refused; any exception is stated with the function. */
+ * characters.
+ * Result, unless the function says otherwise: 0 accepted; 1 no connection, or the context or the
+ * command was refused. */
 
 /* "ip ospf cost COST" / "no ip ospf cost". */
 uint32_t ip_ospf_cost(uint16_t vrf, const char *ifname, int32_t wan, int32_t enable, int32_t cost);
@@ -50,7 +51,7 @@ uint32_t ip_ospf_dead(uint16_t vrf, const char *ifname, int32_t wan, int32_t ena
 
 /* "ip ospf network WORD" / "no ip ospf network"; code 0 broadcast, 1 point-to-point,
  * 2 point-to-multipoint.
- * Result: as shared; 0xFFFFFFFF for a code above 2, set or not: nothing is sent. */
+ * Result: as above; 0xFFFFFFFF for a code above 2, set or not: nothing is sent. */
 uint32_t ip_ospf_network_type(uint16_t vrf, const char *ifname, int32_t wan, int32_t enable,
                               uint32_t code);
 

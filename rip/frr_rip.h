@@ -67,8 +67,8 @@ int32_t process_rip_config_update_timer(int32_t argc, char **argv);
 int32_t process_rip_config_timeout_timer(int32_t argc, char **argv);
 int32_t process_rip_config_garbage_timer(int32_t argc, char **argv);
 
-/* {name, "none" | "split_horizon" | "poison_reverse"}: swRipIfSplitHorizonSet; others are "none".
- */
+/* {name, "none" | "split_horizon" | "poison_reverse"}: swRipIfSplitHorizonSet; others are
+ * "none". */
 int32_t process_rip_interface_split_horizon_mode(int32_t argc, char **argv);
 /* {name, "ripv1" | "ripv2"}: swRipIfSendVersionSet. Logs each step. */
 int32_t process_rip_interface_send_version(int32_t argc, char **argv);

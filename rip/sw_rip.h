@@ -8,12 +8,14 @@
  * for the side that is meant; one ripd serves both, so it changes nothing and a command that is
  * meant for both sides is sent twice.
  *
- * Unless a description says otherwise, results are
+ * On failure the model keeps its value. Where a command is sent twice and only the second is
+ * refused, ripd has the new value and the model the old one.
+ *
+ * Result, unless a description says otherwise:
  *   0           done
- *   1           bad argument (nothing is sent), no connection, a warning of ripd, or the value
- * could not be stored 0xFFFFFFFF  ripd refused others      another completion code of ripd, as it
- * is On failure the model keeps its value. Where a command is sent twice and only the second is
- * refused, ripd has the new value and the model the old one. */
+ *   1           bad argument (nothing is sent), no connection, a warning of ripd, or not stored
+ *   0xFFFFFFFF  ripd refused
+ *   others      another completion code of ripd, as it is */
 #ifndef FRRUCI_RIP_SW_RIP_H
 #define FRRUCI_RIP_SW_RIP_H
 

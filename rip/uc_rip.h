@@ -9,8 +9,8 @@
  * the step after it are two critical sections, so whoever removes records that others may be using
  * keeps those others away. Nothing in the model talks to a daemon.
  *
- * Unless a description says otherwise: 0 done; 1 bad argument or not found; 4 out of memory, or the
- * list refused. */
+ * Result, unless a description says otherwise: 0 done; 1 bad argument or not found; 4 out of
+ * memory, or the list refused. */
 #ifndef FRRUCI_RIP_UC_RIP_H
 #define FRRUCI_RIP_UC_RIP_H
 
@@ -130,8 +130,7 @@ uint32_t ucRipNeighborRemoveByName(const char *vrfName, const char *addr);
 
 /* Hands out the instance's network ip/mask through out, made and added if there is none. Texts of
  * more than 15 characters are kept cut and never found again.
- * Result: 0 done; 1 an argument is null or no such instance; 4 out of memory or the list refused.
- */
+ * Result: 0 done; 1 a null argument or no such instance; 4 out of memory or the list refused. */
 uint32_t ucRipNetworkNodeAppend(const char *vrfName, const char *ip, const char *mask,
                                 RipNetworkNode **out);
 
@@ -162,8 +161,7 @@ typedef uint32_t (*RipVrfAccessor)(RipVrfNode *record, void *value);
 typedef uint32_t (*RipIfAccessor)(RipInterfaceNode *record, void *value);
 
 /* Applies the accessor to the instance of that name.
- * Result: the accessor's; 1 an argument is null or no such instance (the accessor is not called).
- */
+ * Result: the accessor's; 1 a null argument or no such instance (the accessor is not called). */
 uint32_t ucRipGlobalOption(const char *vrfName, RipVrfAccessor accessor, void *value);
 
 /* Applies the accessor to the interface of that key.
@@ -240,10 +238,13 @@ int32_t ripNetIfCmp(const void *key, const struct dlist_node *entry);
 
 /* Sends command inside "enable", "configure", "router rip vrf <vrf>", through the view "view_rip".
  * vrf: 1 to 31 characters. reply: replyLen bytes, zeroed by the caller, at least 4. selector: 1 or
- * 0, the side that is meant; both sides are served by the one ripd, so it changes nothing.
- * Result: that of frrVtyAutoRun as an unsigned number: 0 done; 1 bad argument, no connection, or a
- * warning; 0xFFFFFFFF refused; another completion code as it is. After a failed step the session
- * stays open. */
+ * 0, the side that is meant; both sides are served by the one ripd, so it changes nothing. After a
+ * failed step the session stays open.
+ * Result, that of frrVtyAutoRun as an unsigned number:
+ *   0           done
+ *   1           bad argument, no connection, or a warning
+ *   0xFFFFFFFF  refused
+ *   others      another completion code as it is */
 uint32_t swRipAutoRun(const char *vrf, const char *command, int32_t replyLen, uint32_t selector,
                       char *reply);
 
