@@ -86,15 +86,22 @@ uci_option *note(Reading &reading, uci_option *made) {
     return noted ? made : nullptr;
 }
 
-int readOption(Reading &reading) {
+/// The name and the value of an option in a section; valid until the next word is taken.
+bool takeOption(Reading &reading, const char *&name, const char *&value) {
     std::size_t first = 0;
     std::size_t second = 0;
     if (reading.section == nullptr || !takeTwo(reading.words, first, second)) {
-        return UCI_ERR_PARSE;
+        return false;
     }
-    const char *name = reading.words.at(first);
-    const char *value = reading.words.at(second);
-    if (!isName(name)) {
+    name = reading.words.at(first);
+    value = reading.words.at(second);
+    return isName(name);
+}
+
+int readOption(Reading &reading) {
+    const char *name = nullptr;
+    const char *value = nullptr;
+    if (!takeOption(reading, name, value)) {
         return UCI_ERR_PARSE;
     }
     if (*value == '\0') {
@@ -109,20 +116,16 @@ int readOption(Reading &reading) {
 }
 
 int readList(Reading &reading) {
-    std::size_t first = 0;
-    std::size_t second = 0;
-    if (reading.section == nullptr || !takeTwo(reading.words, first, second)) {
-        return UCI_ERR_PARSE;
-    }
-    const char *name = reading.words.at(first);
-    if (!isName(name)) {
+    const char *name = nullptr;
+    const char *value = nullptr;
+    if (!takeOption(reading, name, value)) {
         return UCI_ERR_PARSE;
     }
     uci_option *option = knownOption(reading, name);
     if (option == nullptr) {
         option = note(reading, appendListOption(reading.section, name));
     }
-    return option != nullptr ? appendItem(option, reading.words.at(second)) : UCI_ERR_MEM;
+    return option != nullptr ? appendItem(option, value) : UCI_ERR_MEM;
 }
 
 struct Command {

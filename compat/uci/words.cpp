@@ -122,9 +122,8 @@ bool Words::next(std::size_t &word) {
 bool Words::takePiece(std::size_t &target) {
     switch (line_[at_]) {
     case '\'':
-        return takeSingleQuoted(target);
     case '"':
-        return takeDoubleQuoted(target);
+        return takeQuoted(target);
     case '\\':
         return takeEscaped(target);
     default:
@@ -133,15 +132,12 @@ bool Words::takePiece(std::size_t &target) {
     }
 }
 
-bool Words::takeSingleQuoted(std::size_t &target) {
-    ++at_;
-    while (line_[at_] != '\'') {
-        if (line_[at_] != '\0') {
-            keep(target);
-            continue;
-        }
-        readAt(at_);
-        if (noMemory_ || line_[at_] == '\0') {
+/// What stands between two of these quotes; only double ones know escapes.
+bool Words::takeQuoted(std::size_t &target) {
+    const char quote = line_[at_++];
+    while (line_[at_] != quote) {
+        const bool isEscape = quote == '"' && line_[at_] == '\\';
+        if (!(isEscape ? takeEscaped(target) : takeInQuotes(target))) {
             return false;
         }
     }
@@ -149,26 +145,14 @@ bool Words::takeSingleQuoted(std::size_t &target) {
     return true;
 }
 
-bool Words::takeDoubleQuoted(std::size_t &target) {
-    ++at_;
-    while (line_[at_] != '"') {
-        if (line_[at_] == '\\') {
-            if (!takeEscaped(target)) {
-                return false;
-            }
-            continue;
-        }
-        if (line_[at_] != '\0') {
-            keep(target);
-            continue;
-        }
-        readAt(at_);
-        if (noMemory_ || line_[at_] == '\0') {
-            return false;
-        }
+/// A character, or the next line where this one ends; false where the text ends too.
+bool Words::takeInQuotes(std::size_t &target) {
+    if (line_[at_] != '\0') {
+        keep(target);
+        return true;
     }
-    ++at_;
-    return true;
+    readAt(at_);
+    return !noMemory_ && line_[at_] != '\0';
 }
 
 /// True when the line ends here, and the next one was read into its place.

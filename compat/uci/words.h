@@ -37,8 +37,8 @@ private:
     bool grow();
     void readAt(std::size_t place);
     bool join();
-    bool takeSingleQuoted(std::size_t &target);
-    bool takeDoubleQuoted(std::size_t &target);
+    bool takeQuoted(std::size_t &target);
+    bool takeInQuotes(std::size_t &target);
     bool takeEscaped(std::size_t &target);
     bool takePiece(std::size_t &target);
     void keep(std::size_t &target) { line_[target++] = line_[at_++]; }
