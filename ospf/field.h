@@ -1,5 +1,6 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* The place of a number or key in a record of the model, so that tables can name it. */
+/* The place of a number or key in a record of the model. Member pointers of fields of different
+ * types have different types; places have one, so that a table can hold them. */
 #ifndef FRRUCI_OSPF_FIELD_H
 #define FRRUCI_OSPF_FIELD_H
 
