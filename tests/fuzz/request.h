@@ -14,7 +14,7 @@ namespace fuzz {
 
 constexpr std::size_t kMaxBytes = 4096;
 constexpr int kMaxWords = 64;
-constexpr int kSpare = 8; // null entries behind the words
+constexpr int kSpare = 8; // null entries after the words
 
 inline void insist(bool truth) {
     if (!truth) {

@@ -1,5 +1,5 @@
 /* SPDX-License-Identifier: Apache-2.0 */
-/* How deep a call goes: the stack below the caller is painted before it, and read again behind it.
+/* How deep a call goes: the stack below the caller is painted before it, and read again after it.
  */
 #ifndef FRRUCI_TESTS_GOLDEN_PAINTED_STACK_H
 #define FRRUCI_TESTS_GOLDEN_PAINTED_STACK_H

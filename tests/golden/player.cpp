@@ -95,7 +95,7 @@ bool readFile(const char *path) {
 // ---------------------------------------------------------------- words of a line
 
 struct Word {
-    char *text; // in room of its own, zeroes behind it
+    char *text; // in room of its own, zeroes after it
     std::size_t size;
     bool quoted;
 };
@@ -110,7 +110,7 @@ char fromHex(const char *digits) {
     return static_cast<char>(strtol(pair, nullptr, 16));
 }
 
-/// The character behind a backslash; moves from to its last character.
+/// The character after a backslash; moves from to its last character.
 char escaped(const char *&from) {
     switch (*from) {
     case 'n':
@@ -179,7 +179,7 @@ bool isInBlock(const char *line) {
     return strncmp(line, "    ", kIndent) == 0 || line[0] == '\0';
 }
 
-/// Takes the indented lines behind the present one, without their indentation and without the empty
+/// Takes the indented lines after the present one, without their indentation and without the empty
 /// lines at their end.
 void takeBlock(Buffer &block) {
     std::size_t end = 0;
@@ -194,8 +194,8 @@ void takeBlock(Buffer &block) {
     block.cut(end);
 }
 
-/// Standard output as a block shows it: control characters escaped, \e behind a trailing blank, \c
-/// behind a last line without newline.
+/// Standard output as a block shows it: control characters escaped, \e after a trailing space, \c
+/// after a last line without newline.
 void showOutput(const char *output, Buffer &shown) {
     while (*output != '\0') {
         const std::size_t length = strcspn(output, "\n");
@@ -369,7 +369,7 @@ void readInto(Buffer &text, const char *path) {
     }
 }
 
-// store NAME, with a block behind it, or store NAME FILE, which is seen from the golden file's
+// store NAME, with a block after it, or store NAME FILE, which is seen from the golden file's
 // folder
 void Player::store(const Words &words) {
     char path[256];
@@ -521,7 +521,7 @@ void Player::prepare(int to) {
     for (position = 0; position < to; ++position) {
         playLine(file.lines[position]);
     }
-    (void)stage_.trace(); // cases begin behind the preparation
+    (void)stage_.trace(); // cases begin after the preparation
     (void)stage_.log();
     (void)stage_.output();
 }

@@ -116,7 +116,7 @@ void checkOctets(const char *text, const std::optional<Octets> &expected) {
 /// Puts one text through every reader; true when it is a quad.
 bool checkQuadReaders(const std::string &text) {
     const std::optional<Octets> expected = quadOf(text);
-    // A copy of exactly its size, so that sanitizers see a reader that goes on behind the end.
+    // A copy of exactly its size, so that sanitizers see a reader that goes on past the end.
     const std::vector<char> exact(text.c_str(), text.c_str() + text.size() + 1);
     checkOctets(exact.data(), expected);
     EXPECT_EQ(ipStrCheck(exact.data()), usability(text)) << '"' << text << '"';

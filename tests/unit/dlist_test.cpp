@@ -384,7 +384,7 @@ TEST(Dlist, AVisitThatStopsLooksAtItsNodeNoMore) {
     for (Item &item : items) {
         EXPECT_EQ(dlistAppend(list, &item), 0);
     }
-    EXPECT_EQ(dlistVisit(list, takeOutAndStop, list), 2); // sanitizers see a look behind the end
+    EXPECT_EQ(dlistVisit(list, takeOutAndStop, list), 2); // sanitizers see a look past the end
     EXPECT_EQ(keys(list), "2 ");
 }
 

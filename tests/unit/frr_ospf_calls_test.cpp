@@ -221,7 +221,7 @@ TEST_F(Calls, AReplayedInterfaceGivesBackTheStatusOfItsKeyAndDoesNotLogIt) {
             frr_uci_foreach_section("ospf", "interface", replay);
             EXPECT_EQ(replayResult, static_cast<int32_t>(status));
             const std::string seen = take();
-            EXPECT_EQ(seen.substr(seen.size() - strlen(row.call)), row.call); // nothing behind it
+            EXPECT_EQ(seen.substr(seen.size() - strlen(row.call)), row.call); // nothing after it
         }
     }
 }

@@ -28,7 +28,7 @@ std::string sourceLine(const std::string &file, std::size_t number) {
 struct Failure {
     const char *file;
     const char *inSource;
-    const char *message; ///< behind "SOURCE:NUMBER: "
+    const char *message; ///< after "SOURCE:NUMBER: "
 };
 
 class Lines : public testing::Test {

@@ -19,7 +19,7 @@ constexpr uint32_t kDatabase = 3;
 constexpr uint32_t kWan = 1;
 constexpr uint32_t kLan = 0;
 
-/// A line as the vty layer hands it out: CR LF behind it, then zeroes.
+/// A line as the vty layer hands it out: CR LF after it, then zeroes.
 class Line {
 public:
     explicit Line(const std::string &text) {

@@ -45,7 +45,7 @@ void watch(int fd, Clock::time_point until) {
 /// The lines that reached a handler, with the show kind and argument, "rip" lines without.
 std::vector<std::string> *handled = nullptr;
 
-/// Bytes behind the text of the last line that were not zero, up to the 257 that handlers may copy.
+/// Bytes after the text of the last line that were not zero, up to the 257 that handlers may copy.
 bool zeroedBehind = true;
 
 void checkZeroedBehind(const char *line) {
@@ -276,7 +276,7 @@ TEST_F(Exchange, AnswersSplitAtEveryByteNeverHarm) {
         char reply[512] = {};
         stage_.answer("ospfd", "x", {.code = 1, .text = "abcdef", .splitAt = split});
         const int32_t result = frrVtyRun(fd, "x", &code_, reply, sizeof reply);
-        // Three bytes are too few; from four bytes on the code reads as the zero behind the text.
+        // Three bytes are too few; from four bytes on the code reads as the zero after the text.
         EXPECT_EQ(result, split < 4 ? -1 : 0) << split;
         EXPECT_EQ(frrVtyDisconnect(fd), 0);
     }

@@ -174,7 +174,7 @@ TEST_F(InterruptedSession, ALongShowCommandIsSentWhole) {
 }
 
 TEST_F(InterruptedSession, TheCodeOfAShowIsWaitedFor) {
-    say(std::string(253, 'x') + std::string(3, '\0')); // a whole chunk, the code alone behind it
+    say(std::string(253, 'x') + std::string(3, '\0')); // a whole chunk, the code alone after it
     const interruptions::Timer timer;
     const Other daemon([this] { say("\5"); });
     EXPECT_EQ(frrVtyPrint(ends_[0], "show x", &code_, 0, 0, 2), 5);

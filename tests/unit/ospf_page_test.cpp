@@ -44,7 +44,7 @@ struct Row {
     std::string unset;
 };
 
-/// The text between the first pair of backquotes behind position, which moves behind it.
+/// The text between the first pair of backquotes after position, which moves past it.
 std::string codeSpan(const std::string &line, std::size_t &position) {
     const std::size_t begin = line.find('`', position);
     const std::size_t end = begin == std::string::npos ? begin : line.find('`', begin + 1);
@@ -151,7 +151,7 @@ Texts commandsSent(const std::string &trace) {
             continue;
         }
         std::string command = line.substr(line.rfind(" | ") + 3);
-        if (command[0] == '"') { // the stage quotes a text with blanks at an end
+        if (command[0] == '"') { // the stage quotes a text with spaces at an end
             command = command.substr(1, command.size() - 2);
         }
         commands.push_back(command);

@@ -175,7 +175,7 @@ private:
     uint32_t vlan() { return below(70); }
     uint32_t flag() { return below(3); } // 2 counts as set in places and as unset in others
 
-    /// Letters, and zeroes behind them, 16 bytes and more.
+    /// Letters, and zeroes after them, 16 bytes and more.
     std::string key() {
         std::string text(17, '\0');
         const uint32_t letters = below(17);

@@ -206,7 +206,7 @@ std::string visible(const std::string &text) {
 }
 
 /// Differences that are meant: the stand-in is stricter where libuci loses what it was given. A
-/// type that would spoil the file is quoted, a line is saved behind half a line, and an added
+/// type that would spoil the file is quoted, a line is saved after half a line, and an added
 /// section is always a new one.
 bool isMeant(const Case &c, const std::string &ours) {
     return ours.find("\nconfig '") != std::string::npos ||

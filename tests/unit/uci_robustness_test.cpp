@@ -264,7 +264,7 @@ int64_t microsecondsOfAChange(const char *package) {
 
 void killAtRandom(const char *package, int kills) {
     store::write(config("p"), countingFile(0));
-    // Under an emulator a change takes long; the kills must still fall all over it and behind it.
+    // Under an emulator a change takes long; the kills must still fall all over it and after it.
     const int64_t window = std::max(int64_t{3000}, 3 * microsecondsOfAChange(package));
     store::write(config("p"), countingFile(0));
     Progress *progress = sharedProgress();

@@ -282,7 +282,7 @@ TEST_F(Stream, AnswersOfEveryLengthAreWrittenReadByRead) {
     }
 }
 
-/// Every length with and without blanks, but the longest, which takes long, with blanks only.
+/// Every length with and without spaces, but the longest, which takes long, with spaces only.
 std::vector<std::pair<std::size_t, bool>> splitAnswers() {
     std::vector<std::pair<std::size_t, bool>> answers;
     for (const std::size_t length : kLengths) {
