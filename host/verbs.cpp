@@ -6,6 +6,8 @@
 #include <cerrno>
 #include <cstdio>
 
+#include "apply/verbs.h"
+#include "apply/watch.h"
 #include "host/call.h"
 #include "host/doctor.h"
 #include "host/handlers.h"
@@ -289,6 +291,28 @@ constexpr VerbText kRunText = {
     "failure, and ends with the worst status.",
 };
 
+constexpr VerbText kDiffText = {
+    "[ospf|rip|nhrp...]",
+    "print what differs between the store and the daemons",
+    "As + and - lines below their context, in the daemons' own words. Ends with 0 when nothing "
+    "differs and with 1 when something does. Without a word all three are meant.",
+};
+
+constexpr VerbText kApplyText = {
+    "[--dry-run] [ospf|rip|nhrp...]",
+    "send the daemons what differs from the store",
+    "Starts and stops daemons as the store says. What frruci does not know is left alone. With "
+    "--dry-run the commands are printed and nothing is sent. Without a protocol all three are "
+    "meant.",
+};
+
+constexpr VerbText kWatchText = {
+    "",
+    "stay, and keep the daemons as the store says",
+    "Applies what a daemon lacks that was started anew, starts one that stays gone unless watchfrr "
+    "does, and applies everything on SIGHUP. Says in the system's log what it did.",
+};
+
 constexpr VerbText kDoctorText = {
     "",
     "look for what keeps settings from working",
@@ -305,16 +329,19 @@ constexpr VerbText kHelpText = {
 } // namespace
 
 constexpr Verb kVerbs[] = {
-    {"call",     kCallText,     Alone::kYes, true,  callVerb    },
-    {"plan",     kPlanText,     Alone::kNo,  true,  planVerb    },
-    {"handlers", kHandlersText, Alone::kNo,  false, handlersVerb},
-    {"start",    kStartText,    Alone::kYes, false, startVerb   },
-    {"recover",  kRecoverText,  Alone::kYes, false, recoverVerb },
-    {"show",     kShowText,     Alone::kNo,  false, show        },
-    {"report",   kReportText,   Alone::kNo,  false, reportVerb  },
-    {"run",      kRunText,      Alone::kNo,  false, runVerb     },
-    {"doctor",   kDoctorText,   Alone::kNo,  false, doctor      },
-    {"help",     kHelpText,     Alone::kNo,  false, help        },
+    {"call",     kCallText,     Alone::kYes, true,  callVerb        },
+    {"plan",     kPlanText,     Alone::kNo,  true,  planVerb        },
+    {"handlers", kHandlersText, Alone::kNo,  false, handlersVerb    },
+    {"start",    kStartText,    Alone::kYes, false, startVerb       },
+    {"recover",  kRecoverText,  Alone::kYes, false, recoverVerb     },
+    {"diff",     kDiffText,     Alone::kNo,  false, apply::diffVerb },
+    {"apply",    kApplyText,    Alone::kYes, false, apply::applyVerb},
+    {"watch",    kWatchText,    Alone::kNo,  false, apply::watchVerb},
+    {"show",     kShowText,     Alone::kNo,  false, show            },
+    {"report",   kReportText,   Alone::kNo,  false, reportVerb      },
+    {"run",      kRunText,      Alone::kNo,  false, runVerb         },
+    {"doctor",   kDoctorText,   Alone::kNo,  false, doctor          },
+    {"help",     kHelpText,     Alone::kNo,  false, help            },
 };
 constexpr std::size_t kVerbCount = sizeof kVerbs / sizeof *kVerbs;
 

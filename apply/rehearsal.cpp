@@ -1,0 +1,252 @@
+// SPDX-License-Identifier: Apache-2.0
+// Replays the store in a child process, because a replay changes the library's models. The child
+// writes what it sees into a pipe: a letter and two texts, each ended by a NUL.
+
+#include "apply/rehearsal.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "apply/library.h"
+#include "apply/memory.h"
+#include "apply/nhrp_options.h"
+#include "frruci/observe.h"
+#include "host/streams.h"
+#include "host/text.h"
+
+struct uci_context;
+struct uci_section;
+
+namespace frruci::apply {
+
+namespace {
+
+constexpr std::size_t kValueBytes = 64;
+constexpr const char *kEnabled = "enable";
+
+using Visitor = int32_t(uci_context *, uci_section *);
+
+/// What a replay sends for an option of an interface that is not stored, where the daemon takes it.
+struct AbsentOption {
+    const char *option;
+    const char *line;
+};
+
+constexpr AbsentOption kAbsentOptions[] = {
+    {"network_type", "ip ospf network broadcast"  },
+    {"auto_type",    "ip ospf authentication null"},
+    {"priority",     "ip ospf priority 0"         },
+};
+
+constexpr const char *kSpfOptions[] = {"spf_delay", "spf_hold_init", "spf_hold_max"};
+
+// ---- in the child ----
+
+FILE *told;
+
+void tell(Told what, Target target, const char *where, const char *text) {
+    (void)fprintf(told, "%c%c%s%c%s%c", static_cast<char>(what),
+                  static_cast<char>('0' + static_cast<int>(target)), where, 0, text, 0);
+}
+
+/// The daemon's end of the session; the library has one at a time.
+int peer = -1;
+
+void openSession(FrruciEvent *event) {
+    if (peer >= 0) {
+        (void)close(peer);
+    }
+    int ends[2];
+    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
+        _exit(1);
+    }
+    event->fd = ends[0];
+    peer = ends[1];
+    tell(Told::Session, Target::Ospfd, "", event->place);
+}
+
+/// Every command is accepted, as by a router where nothing is configured yet.
+void accept(const FrruciEvent *event) {
+    static constexpr char kAccepted[] = {0, 0, 0, 0};
+    if (write(peer, kAccepted, sizeof kAccepted) < 0) {
+        _exit(1); // the library would wait for the answer
+    }
+    tell(Told::Command, Target::Ospfd, "", event->text);
+}
+
+void see(FrruciEvent *event, void *) {
+    if (event->kind == FRRUCI_CONNECT) {
+        openSession(event);
+    } else if (event->kind == FRRUCI_COMMAND) {
+        accept(event);
+    }
+}
+
+bool isStored(const char *package, const char *section, const char *option,
+              char (&value)[kValueBytes]) {
+    return library().get(package, section, option, value, kValueBytes) == 0;
+}
+
+int32_t visitInterface(uci_context *context, uci_section *section) {
+    const char *name = library().optionText(context, section, "interface");
+    if (name == nullptr) {
+        return 0;
+    }
+    char where[kLineBytes];
+    (void)snprintf(where, sizeof where, "interface %s", name);
+    for (const AbsentOption &absent : kAbsentOptions) {
+        if (library().optionText(context, section, absent.option) == nullptr) {
+            tell(Told::Absent, Target::Ospfd, where, absent.line);
+        }
+    }
+    return 0;
+}
+
+/// Without its metric the default route has the daemon's, not 0.
+void tellDefaultRoute() {
+    char originate[kValueBytes];
+    char value[kValueBytes];
+    const auto read = [](const char *option, char(&into)[kValueBytes]) {
+        return isStored("ospf", "advertise_cfg", option, into);
+    };
+    if (!read("originate", originate) || strcmp(originate, kEnabled) != 0 ||
+        read("metric", value)) {
+        return;
+    }
+    const bool always = read("always", value) && strcmp(value, kEnabled) == 0;
+    const int type = read("metric_type", value) ? static_cast<int>(strtol(value, nullptr, 10)) : 0;
+    char line[kLineBytes];
+    (void)snprintf(line, sizeof line, "default-information originate%s metric-type %d",
+                   always ? " always" : "", type);
+    tell(Told::Added, Target::Ospfd, "router ospf", line);
+}
+
+void tellAbsentOspf() {
+    library().forEachSection("ospf", "interface", visitInterface);
+    char value[kValueBytes];
+    for (const char *option : kSpfOptions) {
+        if (!isStored("ospf", "ospf_cfg", option, value)) {
+            tell(Told::Absent, Target::Ospfd, "router ospf", "timers throttle spf");
+            break;
+        }
+    }
+    tellDefaultRoute();
+}
+
+void tellNhrp(const Protocol &protocol) {
+    char interface[kValueBytes];
+    if (!isStored(protocol.package, kNhrpSection, "interface", interface) ||
+        strcmp(interface, kNhrpOff) == 0) {
+        return;
+    }
+    char where[kLineBytes];
+    (void)snprintf(where, sizeof where, "interface %s", interface);
+    for (const NhrpOption &option : nhrpOptions()) {
+        char value[kValueBytes];
+        if (!isStored(protocol.package, kNhrpSection, option.name, value)) {
+            continue;
+        }
+        char line[kLineBytes];
+        const bool off = strcmp(value, kNhrpOff) == 0;
+        formatNhrpLine(option, off ? "" : value, line);
+        tell(off ? Told::Off : Told::Added, option.target, option.isGlobal ? "" : where, line);
+    }
+}
+
+[[noreturn]] void replay(const Protocol &protocol, int pipe) {
+    told = fdopen(pipe, "w");
+    const FrruciObserver observer = {sizeof observer, 1, see, nullptr};
+    if (told == nullptr || library().observe(&observer) != 0 || !library().begin()) {
+        _exit(1);
+    }
+    if (strcmp(protocol.name, "ospf") == 0) {
+        (void)library().replayOspf(); // its result has no meaning
+        tellAbsentOspf();
+    } else if (strcmp(protocol.name, "rip") == 0) {
+        library().replayRip();
+    } else {
+        tellNhrp(protocol);
+    }
+    tell(Told::End, Target::Ospfd, "", "");
+    _exit(fflush(told) == 0 ? 0 : 1);
+}
+
+// ---- in the parent ----
+
+/// Everything from the pipe, with a NUL behind it; released with free.
+char *readAll(int pipe, std::size_t &size) {
+    char *all = nullptr;
+    std::size_t room = 0;
+    size = 0;
+    for (;;) {
+        if (room < size + 4096 + 1) {
+            room = (size + 4096) * 2;
+            all = static_cast<char *>(host::grow(all, room));
+        }
+        const ssize_t count = read(pipe, all + size, room - size - 1);
+        if (count <= 0) {
+            all[size] = '\0';
+            return all;
+        }
+        size += static_cast<std::size_t>(count);
+    }
+}
+
+bool hearAll(const char *at, const char *end, void (*hear)(const Word &, void *), void *context) {
+    while (at + 2 < end) {
+        Word word = {static_cast<Told>(at[0]), static_cast<Target>(at[1] - '0'), at + 2, nullptr};
+        word.text = word.where + strlen(word.where) + 1;
+        if (word.told == Told::End) {
+            return true;
+        }
+        hear(word, context);
+        at = word.text + strlen(word.text) + 1;
+    }
+    return false;
+}
+
+} // namespace
+
+bool rehearse(const Protocol &protocol, void (*hear)(const Word &word, void *context),
+              void *context) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return false;
+    }
+    (void)fflush(host::out);
+    const pid_t child = fork();
+    if (child == 0) {
+        // So that it ends, with the lock that it was born with, when its parent is killed.
+        (void)close(ends[0]);
+        replay(protocol, ends[1]);
+    }
+    (void)close(ends[1]);
+    std::size_t size = 0;
+    char *all = readAll(ends[0], size);
+    (void)close(ends[0]);
+    int status = 1;
+    const bool ended = child > 0 && waitpid(child, &status, 0) == child && status == 0;
+    const bool heard = ended && hearAll(all, all + size, hear, context);
+    free(all);
+    return heard;
+}
+
+Switch storedSwitch(const Protocol &protocol) {
+    char value[kValueBytes];
+    if (strcmp(protocol.name, "nhrp") == 0) {
+        const bool isRecorded = isStored(protocol.package, kNhrpSection, "interface", value) &&
+                                strcmp(value, kNhrpOff) != 0;
+        return isRecorded ? Switch::On : Switch::Unsaid;
+    }
+    if (!isStored(protocol.package, "global", "status", value)) {
+        return Switch::Unsaid;
+    }
+    return strcmp(value, "on") == 0 ? Switch::On : Switch::Off;
+}
+
+} // namespace frruci::apply

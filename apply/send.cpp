@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: Apache-2.0
+// One session a daemon, a context entered once.
+
+#include "apply/send.h"
+
+#include <cstring>
+#include <poll.h>
+#include <unistd.h>
+
+#include "apply/report.h"
+#include "apply/session.h"
+#include "host/streams.h"
+
+namespace frruci::apply {
+
+namespace {
+
+constexpr const char *kBegin[] = {"enable", "configure"};
+constexpr const char *kEnd = "end";
+constexpr const char *kClear = "clear ip ospf process";
+constexpr const char *kShowOspf = "show ip ospf";
+// What mgmtd says of a context whose daemon it has only just met.
+constexpr const char *kEarly = "object was deleted by another process";
+constexpr int kEarlyTries = 20;
+constexpr int kEarlyPauseMs = 100;
+constexpr std::size_t kProgressSteps = 50;
+
+/// A daemon's text as one line, without the sign that it puts in front. It may repeat the command.
+void formatReason(const char *text, const char *secret, char (&line)[kLineBytes]) {
+    const std::size_t hidden = strlen(secret);
+    std::size_t count = 0;
+    text += strspn(text, "% \r\n");
+    while (*text != '\0' && count + strlen(kMask) + 1 < sizeof line) {
+        if (hidden > 0 && strncmp(text, secret, hidden) == 0) {
+            count += static_cast<std::size_t>(snprintf(line + count, sizeof line - count, kMask));
+            text += hidden;
+            continue;
+        }
+        const std::size_t blanks = strspn(text, " \r\n");
+        line[count++] = blanks > 0 ? ' ' : *text;
+        text += blanks > 0 ? blanks : 1;
+    }
+    while (count > 0 && line[count - 1] == ' ') {
+        --count;
+    }
+    line[count] = '\0';
+}
+
+class Sender {
+public:
+    Sender(Part &part, bool showKeys) : part_(part), showKeys_(showKeys), session_(part.holder) {}
+
+    Sent run() {
+        const Steps steps = stepsFor(part_.arena, part_.changes, part_.wanted);
+        if (!begin()) {
+            return sent_;
+        }
+        for (std::size_t i = 0; i < steps.count && sent_.answered; ++i) {
+            progress(i, steps.count);
+            take(steps.items[i]);
+        }
+        progress(steps.count, steps.count);
+        if (sent_.answered) {
+            end();
+        }
+        return sent_;
+    }
+
+private:
+    bool begin() {
+        for (const char *word : kBegin) {
+            if (session_.run(word) != 0) {
+                sent_.answered = false;
+                report("%s does not answer", part_.holder);
+                return false;
+            }
+        }
+        return true;
+    }
+
+    void take(const Step &step) {
+        // In a context that could not be entered the daemon would take settings for another one's.
+        if (step.does == Step::Does::Enter) {
+            ++depth_;
+            context_ = step.text;
+        }
+        if (closedAt_ == 0) {
+            const int code = session_.run(step.text);
+            if (code == kNoReply) {
+                sent_.answered = false;
+                report("%s went away", part_.holder);
+                return;
+            }
+            judge(step, code);
+        } else if (step.does == Step::Does::Set || step.does == Step::Does::Remove) {
+            ++sent_.refused;
+        }
+        if (step.does == Step::Does::Leave) {
+            closedAt_ = closedAt_ == depth_ ? 0 : closedAt_;
+            --depth_;
+        }
+    }
+
+    void judge(const Step &step, int code) {
+        // 8.4 refuses, without a word, to remove an address that went with another one; and does.
+        const bool isDone = step.does == Step::Does::Remove && session_.text()[0] == '\0';
+        if (code == 0 || isDone) {
+            sent_.accepted += step.does == Step::Does::Leave ? 0 : 1;
+            return;
+        }
+        if (step.does == Step::Does::Enter) {
+            closedAt_ = depth_;
+        }
+        if (strstr(session_.text(), kEarly) != nullptr) {
+            sent_.early = true;
+            return;
+        }
+        ++sent_.refused;
+        char text[kLineBytes];
+        char reason[kLineBytes];
+        const bool isMasked = strcmp(maskedText(step, showKeys_, text), step.text) != 0;
+        formatReason(session_.text(), isMasked ? strrchr(step.text, ' ') + 1 : "", reason);
+        const bool isInContext = step.does != Step::Does::Enter && depth_ > 0;
+        report("%s refuses: %s%s%s: %s", part_.holder, isInContext ? context_ : "",
+               isInContext ? ": " : "", text, reason);
+    }
+
+    void end() {
+        (void)session_.run(kEnd); // the session ends anyway
+        // Asked again: the new id is in use at once where there are no neighbours.
+        if (part_.target != Target::Ospfd || session_.run(kShowOspf) != 0) {
+            return;
+        }
+        readOspf(session_.text(), part_.surroundings);
+        if (part_.needsClear() && session_.run(kClear) == 0) {
+            sent_.cleared = true;
+        }
+    }
+
+    void progress(std::size_t done, std::size_t all) {
+        if (all < kProgressSteps || (done % kProgressSteps != 0 && done != all) ||
+            isatty(fileno(host::err)) == 0) {
+            return;
+        }
+        (void)fprintf(host::err, "\r%s: %zu of %zu%s", part_.holder, done, all,
+                      done == all ? "\n" : "");
+    }
+
+    Part &part_;
+    bool showKeys_;
+    Session session_;
+    Sent sent_;
+    const char *context_ = ""; ///< the last one that was entered
+    int depth_ = 0;
+    int closedAt_ = 0; ///< the depth of a context that was refused; 0 for none
+};
+
+} // namespace
+
+Sent send(Part &part, bool showKeys) {
+    return Sender(part, showKeys).run();
+}
+
+namespace {
+
+Outcome applyOnce(const Protocol &protocol, bool showKeys,
+                  void (*hear)(const Part &part, const Sent &sent, void *context), void *context,
+                  bool &early) {
+    Comparison comparison(protocol);
+    if (!comparison.run()) {
+        return Outcome::NoStore;
+    }
+    Outcome worst = comparison.reportImpossible() > 0 ? Outcome::Refused : Outcome::Same;
+    for (int i = 0; i < protocol.targetCount; ++i) {
+        Part &part = *comparison.parts[i];
+        if (part.changes.count == 0 && !part.needsClear()) {
+            continue;
+        }
+        const Sent sent = send(part, showKeys);
+        early = early || sent.early;
+        hear(part, sent, context);
+        const Outcome outcome = !sent.answered                   ? Outcome::Lost
+                                : sent.refused > 0 || sent.early ? Outcome::Refused
+                                                                 : Outcome::Applied;
+        worst = outcome > worst ? outcome : worst;
+    }
+    return worst;
+}
+
+} // namespace
+
+Outcome applyStored(const Protocol &protocol, bool showKeys,
+                    void (*hear)(const Part &part, const Sent &sent, void *context),
+                    void *context) {
+    for (int i = 1;; ++i) {
+        bool early = false;
+        const Outcome outcome = applyOnce(protocol, showKeys, hear, context, early);
+        if (!early || i == kEarlyTries) {
+            return outcome;
+        }
+        (void)poll(nullptr, 0, kEarlyPauseMs);
+    }
+}
+
+void printSteps(FILE *out, Part &part, bool showKeys) {
+    const Steps steps = stepsFor(part.arena, part.changes, part.wanted);
+    if (steps.count > 0) {
+        (void)fprintf(out, "%s:\n  %s\n  %s\n", part.holder, kBegin[0], kBegin[1]);
+    }
+    for (std::size_t i = 0; i < steps.count; ++i) {
+        char text[kLineBytes];
+        (void)fprintf(out, "  %s\n", maskedText(steps.items[i], showKeys, text));
+    }
+    // With full neighbours the daemon goes on with its old id.
+    if (part.needsClear()) {
+        (void)fprintf(out, "  %s\n  %s\n", kEnd, kClear);
+    }
+}
+
+} // namespace frruci::apply
