@@ -18,6 +18,11 @@ constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kChainPrefix = "app_rip_";
 constexpr std::string_view kLinkPrefix = "169.254.11.20/30"; // the router's own inner link
 
+/// The member of this name needs the C++ runtime.
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.size() >= start.size() && memcmp(text.data(), start.data(), start.size()) == 0;
+}
+
 /// A text, word by word. Stored values may have line ends behind them: these count as blanks.
 class Words {
 public:
@@ -148,7 +153,7 @@ Found takeArea(std::string_view word, Output &out) {
 
 Found takeChain(std::string_view word, Output &out) {
     uint32_t number = 0;
-    if (!word.starts_with(kChainPrefix) ||
+    if (!startsWith(word, kChainPrefix) ||
         !readNumber(
             std::string_view{word.data() + kChainPrefix.size(), word.size() - kChainPrefix.size()},
             number)) {
@@ -280,7 +285,7 @@ void omitEnd(const Kind &kind, char *text) {
 
 void findName(const Kind &kind, Line &line) {
     const std::string_view text = line.text;
-    line.nameAt = text.starts_with("no ") ? 3 : 0;
+    line.nameAt = startsWith(text, "no ") ? 3 : 0;
     std::size_t end = line.nameAt;
     for (int word = 0; word < kind.words; ++word) {
         while (end < text.size() && text[end] == ' ') {

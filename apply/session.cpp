@@ -24,7 +24,7 @@ constexpr const char *kLockFolder = "/var";
 constexpr const char *kBusy = "could not lock ";
 constexpr long long kConnectMs = 5000;
 constexpr long long kLockMs = 5000;
-constexpr long long kBusyMs = 1000;
+constexpr long long kBusyMs = 3000;
 constexpr int kPollMs = 10;
 
 /// The folder's lock; negative when somebody holds it for too long.
@@ -95,7 +95,7 @@ int Session::run(const char *command) {
     for (;;) {
         const int code = exchange_.ask(command, answer_);
         // Others may commit, and a fresh mgmtd is not ready at once.
-        if (!isManaged_ || code <= 0 || !host::startsWith(text(), kBusy) || milliseconds() >= end) {
+        if (!isManaged_ || code <= 0 || strstr(text(), kBusy) == nullptr || milliseconds() >= end) {
             return code;
         }
         (void)poll(nullptr, 0, kPollMs);
