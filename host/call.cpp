@@ -108,7 +108,7 @@ Status statusOf(const Handler &handler, bool answered, const Text &reply,
 }
 
 Json wordsOf(const Handler &handler, int count, char **words) {
-    const Json array = jsonArray();
+    Json array = jsonArray();
     for (int i = 0; i < count; ++i) {
         const bool hidden = !keysAreShown() && isSecretWord(handler, count, words, i);
         append(array, jsonText(hidden ? kHidden : words[i]));
@@ -119,7 +119,7 @@ Json wordsOf(const Handler &handler, int count, char **words) {
 void print(const Handler &handler, int count, char **words, const Text &reply,
            const Judgement &judgement, Status status) {
     if (wantsJson()) {
-        const Json answer = jsonObject();
+        Json answer = jsonObject();
         put(answer, "handler", handler.name);
         put(answer, "words", wordsOf(handler, count, words));
         put(answer, "reply", reply.get());

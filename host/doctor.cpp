@@ -26,9 +26,9 @@ void printFindings(const Findings &findings) {
 }
 
 void printFindingsJson(const Findings &findings) {
-    const Json all = jsonArray();
+    Json all = jsonArray();
     for (const Finding &finding : findings) {
-        const Json one = jsonObject();
+        Json one = jsonObject();
         put(one, "level", nameOf(finding.level));
         put(one, "what", finding.what);
         put(one, "text", finding.text);

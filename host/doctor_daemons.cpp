@@ -63,8 +63,7 @@ int majorVersion(const char *answer, Text &version) {
         return 0;
     }
     version.add(name, strcspn(name, " ") + 1 + strcspn(name + strcspn(name, " ") + 1, " \r\n"));
-    int major = 0;
-    return sscanf(name, "FRRouting %d", &major) == 1 ? major : 0;
+    return static_cast<int>(strtol(strchr(name, ' '), nullptr, 10)); // 0 where there is no number
 }
 
 /// The daemon's major version; 0 when it does not tell.

@@ -79,10 +79,12 @@ void examineModules(Findings &findings) {
 
 /// "eth0.2": a VLAN of a port, which is how the library tells LAN from WAN.
 bool isVlanOfPort(const char *name) {
-    int port = 0;
-    int vlan = 0;
-    int end = 0;
-    return sscanf(name, "eth%d.%d%n", &port, &vlan, &end) == 2 && name[end] == '\0';
+    constexpr const char *kDigits = "0123456789";
+    const char *port = name + 3;
+    const std::size_t portDigits = startsWith(name, "eth") ? strspn(port, kDigits) : 0;
+    const char *dot = port + portDigits;
+    const std::size_t vlanDigits = portDigits > 0 && *dot == '.' ? strspn(dot + 1, kDigits) : 0;
+    return vlanDigits > 0 && dot[1 + vlanDigits] == '\0';
 }
 
 void examineNames(const char *package, Findings &findings) {
@@ -181,22 +183,30 @@ constexpr Port kVtyPorts[] = {
     {2610, "nhrpd"},
 };
 
-constexpr unsigned kListening = 0x0a;
+constexpr unsigned long kListening = 0x0a;
+
+/// The local port of a line "sl: ADDRESS:PORT ADDRESS:PORT STATE", all in hexadecimal digits; 0
+/// when nobody listens there.
+unsigned long listeningPort(char *line) {
+    char *rest = nullptr;
+    (void)strtok_r(line, " ", &rest);
+    const char *local = strtok_r(nullptr, " ", &rest);
+    (void)strtok_r(nullptr, " ", &rest);
+    const char *state = strtok_r(nullptr, " ", &rest);
+    const char *port = local == nullptr ? nullptr : strchr(local, ':');
+    const bool listens = state != nullptr && strtoul(state, nullptr, 16) == kListening;
+    return port == nullptr || !listens ? 0 : strtoul(port + 1, nullptr, 16);
+}
 
 void examinePorts(const char *table, Findings &findings) {
     FILE *file = fopen(table, "re");
     char line[256];
     while (file != nullptr && fgets(line, sizeof line, file) != nullptr) {
-        unsigned port = 0;
-        unsigned state = 0;
-        if (sscanf(line, " %*d: %*[0-9A-F]:%x %*[0-9A-F]:%*x %x", &port, &state) != 2 ||
-            state != kListening) {
-            continue;
-        }
+        const unsigned long port = listeningPort(line);
         for (const Port &row : kVtyPorts) {
             if (row.number == port) {
                 add(findings, Level::kWarning, "vty ports",
-                    "%s listens on TCP port %u: start it with -P 0", row.daemon, port);
+                    "%s listens on TCP port %u: start it with -P 0", row.daemon, row.number);
             }
         }
     }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <unistd.h>
 
 #include "host/help.h"
 #include "host/options.h"
@@ -68,5 +69,8 @@ int main(int argc, char **argv) {
     hideWords(argc - 1, argv + 1);
     const Status status = run(argc - 1, words);
     // Descriptors that are full or closed show here at the latest.
-    return fflush(out) == 0 && ferror(out) == 0 ? status : worse(status, kNotUsable);
+    const bool told = fflush(out) == 0 && ferror(out) == 0;
+    (void)fflush(err); // nobody is left to tell
+    // At once: what the program still holds ends with it.
+    _exit(told ? status : worse(status, kNotUsable));
 }

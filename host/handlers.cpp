@@ -3,6 +3,8 @@
 
 #include "host/handlers.h"
 
+#include <iterator>
+
 #include "host/streams.h"
 #include "host/words.h"
 
@@ -51,7 +53,7 @@ constexpr Handler kHandlers[] = {
     {kNhrpGlobal,    kNhrpPipe,     kWord,   true,  false, "set an option of NHRP, or restart it"},
     {kNhrpShow,      kCachePipe,    kStream, true,  false, "the NHRP cache of the web page"      },
 };
-constexpr std::size_t kHandlerCount = sizeof kHandlers / sizeof *kHandlers;
+constexpr std::size_t kHandlerCount = std::size(kHandlers);
 
 constexpr Form kForms[] = {
     {kOspfSwitch,    "on ROUTER-ID=ADDRESS"                                                       },
@@ -112,7 +114,7 @@ constexpr Form kForms[] = {
     {kNhrpGlobal,    "ANY multicast-nflog-group GROUP=1..65535"                                   },
     {kNhrpShow,      "ANY ip nhrp cache"                                                          },
 };
-constexpr std::size_t kFormCount = sizeof kForms / sizeof *kForms;
+constexpr std::size_t kFormCount = std::size(kForms);
 
 namespace {
 

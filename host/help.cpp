@@ -63,7 +63,7 @@ void printHandler(const Handler &handler) {
 }
 
 Json jsonOfVerb(const Verb &verb) {
-    const Json object = jsonObject();
+    Json object = jsonObject();
     put(object, "verb", verb.name);
     put(object, "words", verb.text.words);
     put(object, "does", verb.text.does);
@@ -72,7 +72,7 @@ Json jsonOfVerb(const Verb &verb) {
 }
 
 void printAllJson() {
-    const Json all = jsonArray();
+    Json all = jsonArray();
     for (std::size_t i = 0; i < kVerbCount; ++i) {
         append(all, jsonOfVerb(kVerbs[i]));
     }

@@ -38,7 +38,7 @@ Json jsonText(const char *text) {
 
 Json jsonOf(const char *text) {
     json_tokener_error error = json_tokener_success;
-    const Json value = json_tokener_parse_verbose(text, &error);
+    Json value = json_tokener_parse_verbose(text, &error);
     return error == json_tokener_success ? value : nullptr;
 }
 

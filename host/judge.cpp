@@ -19,8 +19,8 @@ constexpr int kImpossible = 13; // and for what it knows and cannot do
 /// anything.
 struct Harmless {
     const char *command;
-    int code;
     const char *why;
+    int code;
     bool onlyInReplay;
 };
 
@@ -29,19 +29,19 @@ constexpr const char *kNoSummary = "ripd does not know it";
 constexpr const char *kNoOption = "the store has no value for it";
 
 constexpr Harmless kHarmless[] = {
-    {"no key chain app_rip_*",                       kImpossible, kNoChain,   false},
-    {"autosummary",                                  kUnknown,    kNoSummary, false},
-    {"no autosummary",                               kUnknown,    kNoSummary, false},
-    {"ip ospf cost 0",                               kUnknown,    kNoOption,  true },
-    {"ip ospf retransmit-interval 0",                kUnknown,    kNoOption,  true },
-    {"ip ospf transmit-delay 0",                     kUnknown,    kNoOption,  true },
-    {"ip ospf hello-interval 0",                     kUnknown,    kNoOption,  true },
-    {"ip ospf dead-interval 0",                      kUnknown,    kNoOption,  true },
-    {"ip ospf message-digest-key 0 *",               kUnknown,    kNoOption,  true },
-    {"distance 0",                                   kUnknown,    kNoOption,  true },
-    {"maximum-paths 0",                              kUnknown,    kNoOption,  true },
-    {"default-information originate *metric-type 0", kUnknown,    kNoOption,  true },
-    {"default-metric 0",                             kUnknown,    kNoOption,  true },
+    {"no key chain app_rip_*",                       kNoChain,   kImpossible, false},
+    {"autosummary",                                  kNoSummary, kUnknown,    false},
+    {"no autosummary",                               kNoSummary, kUnknown,    false},
+    {"ip ospf cost 0",                               kNoOption,  kUnknown,    true },
+    {"ip ospf retransmit-interval 0",                kNoOption,  kUnknown,    true },
+    {"ip ospf transmit-delay 0",                     kNoOption,  kUnknown,    true },
+    {"ip ospf hello-interval 0",                     kNoOption,  kUnknown,    true },
+    {"ip ospf dead-interval 0",                      kNoOption,  kUnknown,    true },
+    {"ip ospf message-digest-key 0 *",               kNoOption,  kUnknown,    true },
+    {"distance 0",                                   kNoOption,  kUnknown,    true },
+    {"maximum-paths 0",                              kNoOption,  kUnknown,    true },
+    {"default-information originate *metric-type 0", kNoOption,  kUnknown,    true },
+    {"default-metric 0",                             kNoOption,  kUnknown,    true },
 };
 
 /// Whether a text is the pattern, in which one "*" stands for anything.

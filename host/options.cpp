@@ -3,6 +3,8 @@
 
 #include "host/options.h"
 
+#include <iterator>
+
 #include "host/json.h"
 #include "host/secrets.h"
 #include "host/streams.h"
@@ -15,7 +17,7 @@ constexpr Option kOptions[] = {
     {"--json",      nullptr,   "answer in JSON"                                 },
     {"--show-keys", nullptr,   "show keys as they are, not as ***"              },
 };
-constexpr std::size_t kOptionCount = sizeof kOptions / sizeof *kOptions;
+constexpr std::size_t kOptionCount = std::size(kOptions);
 
 namespace {
 

@@ -55,7 +55,7 @@ void printStep(const Step &step) {
 }
 
 Json jsonOfStep(const Step &step) {
-    const Json object = jsonObject();
+    Json object = jsonObject();
     put(object, "kind", nameOf(step));
     Text masked;
     addMasked(step.text, masked);
@@ -79,7 +79,7 @@ Json jsonOfStep(const Step &step) {
 } // namespace
 
 void printPlan(const List<Step> &steps) {
-    const Json array = wantsJson() ? jsonArray() : nullptr;
+    Json array = wantsJson() ? jsonArray() : nullptr;
     for (const Step &step : steps) {
         if (isEmptySession(step)) {
             continue;
@@ -91,7 +91,7 @@ void printPlan(const List<Step> &steps) {
         }
     }
     if (wantsJson()) {
-        const Json object = jsonObject();
+        Json object = jsonObject();
         put(object, "steps", array);
         printJson(object);
     }

@@ -3,6 +3,8 @@
 
 #include "host/replay.h"
 
+#include <iterator>
+
 #include <cstdint>
 #include <unistd.h>
 
@@ -61,7 +63,7 @@ Status recoverInto(const Replay &replay, Json all) {
     }
     const Judgement judgement(traffic(), replay.scene);
     if (wantsJson()) {
-        const Json one = jsonObject();
+        Json one = jsonObject();
         putJudgement(one, judgement, judgement.status());
         put(all, replay.protocol, one);
     } else if (traffic().isEmpty()) {
@@ -89,7 +91,7 @@ constexpr Replay kReplays[] = {
     {"rip",  Scene::kReplay,     replayRip },
     {"nhrp", Scene::kNhrpReplay, replayNhrp},
 };
-constexpr std::size_t kReplayCount = sizeof kReplays / sizeof *kReplays;
+constexpr std::size_t kReplayCount = std::size(kReplays);
 
 const Replay *findReplay(const char *protocol) {
     for (const Replay &replay : kReplays) {
@@ -101,14 +103,14 @@ const Replay *findReplay(const char *protocol) {
 }
 
 Status recover(const Replay &replay) {
-    const Json all = jsonObject();
+    Json all = jsonObject();
     const Status status = recoverInto(replay, all);
     finish(all);
     return status;
 }
 
 Status recoverAll() {
-    const Json all = jsonObject();
+    Json all = jsonObject();
     Status status = kAccepted;
     for (const Replay &replay : kReplays) {
         status = worse(status, recoverInto(replay, all));

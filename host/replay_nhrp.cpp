@@ -23,24 +23,24 @@ enum class Context { kTunnel, kZebra, kGlobal };
 /// An option and its command; the value follows the command unless the option is a flag.
 struct Option {
     const char *name;
-    Context context;
     const char *command;
+    Context context;
     bool isFlag;
 };
 
 constexpr Option kOptions[] = {
-    {"no_link_detect",        Context::kZebra,  "no link-detect",                 true },
-    {"zebra_address",         Context::kZebra,  "ip address",                     false},
-    {"ipsec_profile",         Context::kTunnel, "tunnel protection vici profile", false},
-    {"ipsec_source",          Context::kTunnel, "tunnel source",                  false},
-    {"network_id",            Context::kTunnel, "ip nhrp network-id",             false},
-    {"shortcut",              Context::kTunnel, "ip nhrp shortcut",               true },
-    {"redirect",              Context::kTunnel, "ip nhrp redirect",               true },
-    {"registration_nounique", Context::kTunnel, "ip nhrp registration no-unique", true },
-    {"nhs_nbma",              Context::kTunnel, "ip nhrp nhs dynamic nbma",       false},
-    {"map_multicast",         Context::kTunnel, "ip nhrp map multicast",          false},
-    {"nflog_group",           Context::kGlobal, "nhrp nflog-group",               false},
-    {"multicast_nflog_group", Context::kGlobal, "nhrp multicast-nflog-group",     false},
+    {"no_link_detect",        "no link-detect",                 Context::kZebra,  true },
+    {"zebra_address",         "ip address",                     Context::kZebra,  false},
+    {"ipsec_profile",         "tunnel protection vici profile", Context::kTunnel, false},
+    {"ipsec_source",          "tunnel source",                  Context::kTunnel, false},
+    {"network_id",            "ip nhrp network-id",             Context::kTunnel, false},
+    {"shortcut",              "ip nhrp shortcut",               Context::kTunnel, true },
+    {"redirect",              "ip nhrp redirect",               Context::kTunnel, true },
+    {"registration_nounique", "ip nhrp registration no-unique", Context::kTunnel, true },
+    {"nhs_nbma",              "ip nhrp nhs dynamic nbma",       Context::kTunnel, false},
+    {"map_multicast",         "ip nhrp map multicast",          Context::kTunnel, false},
+    {"nflog_group",           "nhrp nflog-group",               Context::kGlobal, false},
+    {"multicast_nflog_group", "nhrp multicast-nflog-group",     Context::kGlobal, false},
 };
 
 using GetOption = int32_t(const char *, const char *, const char *, char *, uint16_t);

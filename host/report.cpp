@@ -14,7 +14,7 @@ constexpr Outcome kCounted[] = {Outcome::kAccepted,   Outcome::kNoted,       Out
                                 Outcome::kUnanswered, Outcome::kUnreachable, Outcome::kNotStored};
 
 Json jsonOfVerdict(const Verdict &verdict) {
-    const Json object = jsonObject();
+    Json object = jsonObject();
     put(object, "outcome", nameOf(verdict.outcome));
     Text masked;
     if (verdict.step->kind == StepKind::kStore) {
@@ -39,7 +39,7 @@ Json jsonOfVerdict(const Verdict &verdict) {
 } // namespace
 
 Json commandsOf(const Step &step) {
-    const Json array = jsonArray();
+    Json array = jsonArray();
     for (const Command &command : *step.commands) {
         Text masked;
         addMasked(command.text, masked);
@@ -52,7 +52,7 @@ void putJudgement(Json object, const Judgement &judgement, Status status) {
     put(object, "status", static_cast<int64_t>(status));
     put(object, "sent", static_cast<int64_t>(judgement.sent()));
     put(object, "accepted", static_cast<int64_t>(judgement.count(Outcome::kAccepted)));
-    const Json others = jsonArray();
+    Json others = jsonArray();
     for (const Verdict &verdict : judgement.verdicts()) {
         if (verdict.outcome != Outcome::kAccepted) {
             append(others, jsonOfVerdict(verdict));

@@ -64,7 +64,7 @@ Status ask(const Show &show, const char *suffix, Text &masked) {
 }
 
 Json linesOf(const char *text) {
-    const Json lines = jsonArray();
+    Json lines = jsonArray();
     while (*text != '\0') {
         const std::size_t length = strcspn(text, "\r\n");
         char *line = copyOf(text, length);
@@ -83,7 +83,7 @@ Status showJson(const Show &show, Json all) {
     if (status != kAccepted) {
         return status;
     }
-    const Json value = show.speaksJson ? jsonOf(answer.get()) : linesOf(answer.get());
+    Json value = show.speaksJson ? jsonOf(answer.get()) : linesOf(answer.get());
     if (value == nullptr) {
         complain("%s: the answer is not whole JSON (%zu bytes)", show.daemon, answer.size());
         return kNoAnswer;
@@ -104,7 +104,7 @@ Status showText(const Show &show) {
 } // namespace
 
 Status show(int count, char **words) {
-    const Json all = jsonObject();
+    Json all = jsonObject();
     Status status = kAccepted;
     bool known = false;
     for (const Show &show : kShows) {

@@ -46,8 +46,7 @@ private:
 };
 
 /// Plain records in a row. What they point to is theirs.
-template <typename Item> class List {
-public:
+template <typename Item> struct List {
     List() = default;
     ~List() { free(items_); }
     List(const List &) = delete;

@@ -80,7 +80,21 @@ void addStore(const FrruciEvent &event) {
 void addReply(const FrruciEvent &event) {
     Step &step = addStep(StepKind::kReply, event.text, event);
     const char *slash = strrchr(event.place == nullptr ? "" : event.place, '/');
-    step.daemon = slash == nullptr ? "" : copyOf(slash + 1);
+    step.daemon = copyOf(slash == nullptr ? "" : slash + 1);
+}
+
+void release(Step &step) {
+    free(step.text);
+    free(const_cast<char *>(step.daemon));
+    if (step.commands == nullptr) {
+        return;
+    }
+    for (Command &command : *step.commands) {
+        free(command.text);
+        free(command.answer);
+    }
+    step.commands->~List();
+    free(step.commands);
 }
 
 void begin(const FrruciEvent &event) {
@@ -118,6 +132,9 @@ const List<Step> &traffic() {
 }
 
 void clearTraffic() {
+    for (Step &step : steps) {
+        release(step);
+    }
     steps.clear();
 }
 

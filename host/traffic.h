@@ -24,7 +24,7 @@ enum class StepKind { kSession, kShell, kPause, kKill, kStore, kReply };
 /// A session with its commands, or one other thing that left.
 struct Step {
     StepKind kind;
-    const char *daemon; ///< of a session
+    const char *daemon; ///< of a session; of a reply its pipe
     char *text;         ///< shell command, store write, reply
     uint64_t number;    ///< microseconds, process id
     int result;

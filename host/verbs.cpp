@@ -3,6 +3,8 @@
 
 #include "host/verbs.h"
 
+#include <iterator>
+
 #include <cerrno>
 #include <cstdio>
 
@@ -136,7 +138,7 @@ Status planVerb(int count, char **given) {
 }
 
 Json jsonOfForms(const Handler &handler) {
-    const Json forms = jsonArray();
+    Json forms = jsonArray();
     for (std::size_t i = 0; i < kFormCount; ++i) {
         if (kForms[i].handler == handler.name) {
             append(forms, jsonText(kForms[i].words));
@@ -146,11 +148,11 @@ Json jsonOfForms(const Handler &handler) {
 }
 
 Status handlersVerb(int, char **) {
-    const Json all = jsonArray();
+    Json all = jsonArray();
     for (std::size_t i = 0; i < kHandlerCount; ++i) {
         const Handler &handler = kHandlers[i];
         if (wantsJson()) {
-            const Json one = jsonObject();
+            Json one = jsonObject();
             put(one, "handler", handler.name);
             put(one, "does", handler.does);
             put(one, "pipe", handler.pipe);
@@ -343,7 +345,7 @@ constexpr Verb kVerbs[] = {
     {"doctor",   kDoctorText,   Alone::kNo,  false, doctor          },
     {"help",     kHelpText,     Alone::kNo,  false, help            },
 };
-constexpr std::size_t kVerbCount = sizeof kVerbs / sizeof *kVerbs;
+constexpr std::size_t kVerbCount = std::size(kVerbs);
 
 const Verb *findVerb(const char *name) {
     for (const Verb &verb : kVerbs) {

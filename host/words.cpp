@@ -3,6 +3,8 @@
 
 #include "host/words.h"
 
+#include <iterator>
+
 #include <arpa/inet.h>
 #include <cerrno>
 #include <climits>
@@ -105,7 +107,7 @@ constexpr WordKind kKinds[] = {
     {"KEY16",   "a key of at most 16 characters, without spaces", isKey,       true },
     {"ANY",     "any word, it is not looked at",                  isAnything,  false},
 };
-constexpr std::size_t kKindCount = sizeof kKinds / sizeof *kKinds;
+constexpr std::size_t kKindCount = std::size(kKinds);
 
 bool nextToken(const char *&form, Token &token) {
     form += strspn(form, " ");
