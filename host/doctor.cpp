@@ -60,12 +60,13 @@ Status doctor(int count, char ** /*words*/) {
     } else {
         printFindings(findings);
     }
+    Status status = kAccepted;
     for (const Finding &finding : findings) {
-        if (finding.level == Level::kFault) {
-            return kNotUsable;
-        }
+        status = finding.level == Level::kFault ? kNotUsable : status;
+        free(finding.text);
     }
-    return kAccepted;
+    findings.release();
+    return status;
 }
 
 } // namespace frruci::host

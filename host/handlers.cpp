@@ -165,6 +165,7 @@ void addAllowed(const Handler &handler, int place, char **words, Text &text) {
             describe(token, text);
         }
     }
+    told.release();
 }
 
 /// Whether the word would be a key if it fitted; then it is not shown.

@@ -230,25 +230,22 @@ void addLine(const Verdict &verdict, Text &text) {
 } // namespace
 
 void Judgement::tell() const {
-    List<char *> told;
+    Text told;
     for (const Verdict &verdict : verdicts_) {
         if (verdict.outcome == Outcome::kAccepted) {
             continue;
         }
         Text line;
+        const bool noted = verdict.outcome == Outcome::kNoted;
+        line.add(noted ? "note: " : "");
         addLine(verdict, line);
-        bool known = false;
-        for (const char *earlier : told) {
-            known = known || equals(earlier, line.get());
+        if (noted) {
+            line.addf(" (%s)", verdict.why);
         }
-        if (known) {
-            continue;
-        }
-        told.add(copyOf(line.get()));
-        if (verdict.outcome == Outcome::kNoted) {
-            complain("note: %s (%s)", line.get(), verdict.why);
-        } else {
-            complain("%s", line.get());
+        line.add("\n");
+        if (strstr(told.get(), line.get()) == nullptr) { // once, though sent for both instances
+            told.add(line.get());
+            complain("%.*s", static_cast<int>(line.size() - 1), line.get());
         }
     }
 }

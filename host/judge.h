@@ -36,6 +36,9 @@ struct Verdict {
 class Judgement {
 public:
     Judgement(const List<Step> &steps, Scene scene);
+    ~Judgement() { verdicts_.release(); }
+    Judgement(const Judgement &) = delete;
+    Judgement &operator=(const Judgement &) = delete;
 
     const List<Verdict> &verdicts() const { return verdicts_; }
     std::size_t count(Outcome outcome) const;

@@ -45,19 +45,19 @@ private:
     std::size_t size_ = 0;
 };
 
-/// Plain records in a row. What they point to is theirs.
+/// Plain records in a row; what they point to is theirs. Has no destructor, so that a list may be
+/// static where nothing runs at the program's end: whoever is done with it releases it.
 template <typename Item> struct List {
-    List() = default;
-    ~List() { free(items_); }
-    List(const List &) = delete;
-    List &operator=(const List &) = delete;
-
     Item &add(const Item &item) {
         items_ = static_cast<Item *>(grow(items_, (count_ + 1) * sizeof(Item)));
         items_[count_] = item;
         return items_[count_++];
     }
     void clear() { count_ = 0; }
+    void release() {
+        free(items_);
+        *this = {};
+    }
 
     std::size_t count() const { return count_; }
     bool isEmpty() const { return count_ == 0; }

@@ -93,7 +93,7 @@ void release(Step &step) {
         free(command.text);
         free(command.answer);
     }
-    step.commands->~List();
+    step.commands->release();
     free(step.commands);
 }
 

@@ -34,15 +34,22 @@ constexpr int kMaxWords = 64;
 class RequestWords {
 public:
     RequestWords(int count, char **words) {
-        for (int i = 0; i < count; ++i) {
+        const bool goesOn = count > 0 && equals(words[count - 1], "-");
+        given_ = goesOn ? count - 1 : count;
+        for (int i = 0; i < given_; ++i) {
             words_.add(words[i]);
         }
-        if (count > 0 && equals(words[count - 1], "-")) {
+        if (goesOn) {
             readLines();
         }
         words_.add(nullptr);
     }
-    ~RequestWords() { free(line_); }
+    ~RequestWords() {
+        for (int i = given_; i < count(); ++i) {
+            free(get()[i]);
+        }
+        words_.release();
+    }
     RequestWords(const RequestWords &) = delete;
     RequestWords &operator=(const RequestWords &) = delete;
 
@@ -51,26 +58,16 @@ public:
 
 private:
     void readLines() {
-        List<char *> lines;
+        char *line = nullptr;
         size_t room = 0;
-        while (getline(&line_, &room, in) >= 0) {
-            lines.add(copyOf(line_, strcspn(line_, "\r\n")));
+        while (getline(&line, &room, in) >= 0) {
+            words_.add(copyOf(line, strcspn(line, "\r\n")));
         }
-        List<char *> all;
-        for (std::size_t i = 0; i + 1 < words_.count(); ++i) {
-            all.add(words_[i]);
-        }
-        words_.clear();
-        for (char *word : all) {
-            words_.add(word);
-        }
-        for (char *word : lines) {
-            words_.add(word);
-        }
+        free(line);
     }
 
     List<char *> words_;
-    char *line_ = nullptr;
+    int given_ = 0;
 };
 
 /// The handler that the first word names, its words checked; null with the status otherwise.
