@@ -60,9 +60,12 @@ void showAnswer(int fd, const char *bytes, ssize_t received) {
     if (received > 0) {
         const auto count = static_cast<uint32_t>(received);
         current.text_size = static_cast<uint32_t>(ending != 0 ? 0 : strnlen(bytes, count));
+        const uint32_t before = ending;
         ending += count - current.text_size;
-        if (ending >= kEndingBytes) {
-            current.code = static_cast<uint8_t>(bytes[count - 1 - (ending - kEndingBytes)]);
+        // Bytes may come after the code.
+        if (before < kEndingBytes && ending >= kEndingBytes) {
+            const uint32_t position = current.text_size + kEndingBytes - before - 1;
+            current.code = static_cast<uint8_t>(bytes[position]);
         }
     }
     show();

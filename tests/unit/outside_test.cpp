@@ -145,6 +145,26 @@ TEST_F(Observed, ACodeThatComesAloneIsThatOfItsAnswer) {
     EXPECT_NE(lines_.find("> code -1\nanswer done <> code 4\n"), std::string::npos);
 }
 
+/// The text ends at the first NUL, and the completion code is three bytes behind it: a damaged
+/// answer may go on after that, in any number of pieces.
+TEST_F(Observed, NothingIsACodeAfterTheCode) {
+    const std::string damaged = "ab" + std::string(1, '\0') + std::string(600, 'y');
+    stage_.answer("nhrpd", "show ip nhrp cache json",
+                  {.rawBytes = damaged.data(), .rawSize = static_cast<int>(damaged.size())});
+    observe(false);
+    stage_.noPipe("nhrp_pipe_c2lua_cache");
+    EXPECT_EQ(swNhrpShow(0, "cache"), 0U);
+    const std::size_t first = lines_.find("answer done <ab> code 121\n");
+    ASSERT_NE(first, std::string::npos);
+    const std::string later = lines_.substr(first + 1);
+    int pieces = 0;
+    for (std::size_t at = 0; (at = later.find("answer done ", at)) != std::string::npos; ++at) {
+        EXPECT_EQ(later.find("answer done <> code -1\n", at), at);
+        ++pieces;
+    }
+    EXPECT_EQ(pieces, 2);
+}
+
 TEST_F(Observed, ADaemonThatIsNotThereOrGoesAway) {
     stage_.absent("zebra");
     stage_.answer("ospfd", "configure", {.closeEarly = true});
@@ -229,19 +249,17 @@ TEST_F(Observed, ARehearsalLetsNothingLeave) {
 TEST_F(Observed, ARehearsalIsAnsweredByTheHost) {
     const std::string rows = "first\n" + std::string(1000, 'r') + "\nlast\n";
     reply_ = [&](FrruciEvent &event) {
+        const std::string command = event.kind == FRRUCI_COMMAND ? event.text : "";
         if (event.kind == FRRUCI_LISTING) {
             event.fd = holding("  7 root ospfd\n  8 root ospfd\n");
         } else if (event.kind == FRRUCI_FILE) {
             event.fd = holding("12\n");
         } else if (event.kind == FRRUCI_SHELL || event.kind == FRRUCI_STORE) {
             event.result = 6;
-        } else if (event.kind == FRRUCI_ANSWER) {
-            return; // its text has no end mark
-        } else if (textOf(event.text) == "show") {
+        } else if (command == "show") {
             play(event, rows);
         } else {
-            play(event, textOf(event.text) == "refused" ? "% No.\n" : "",
-                 textOf(event.text) == "refused" ? '\15' : '\0');
+            play(event, command == "refused" ? "% No.\n" : "", command == "refused" ? '\15' : '\0');
         }
     };
     observe(true);
