@@ -186,6 +186,9 @@ void Settings::sweep() {
 
 void Settings::settle() {
     sweep();
+    if (count_ == 0) {
+        return;
+    }
     qsort(items_, count_, sizeof *items_, compareAges);
     std::size_t kept = 0;
     for (std::size_t i = 1; i < count_; ++i) {

@@ -36,6 +36,9 @@ const char *lastWord(const char *text) {
 }
 
 const Setting *findName(const Settings &among, const Setting &wanted) {
+    if (among.count() == 0) {
+        return nullptr;
+    }
     return static_cast<const Setting *>(bsearch(
         &wanted, among.begin(), among.count(), sizeof wanted, [](const void *a, const void *b) {
             return compare(*static_cast<const Setting *>(a), *static_cast<const Setting *>(b));
