@@ -43,8 +43,8 @@ void apply(const std::string &text) {
 
 /// The running configuration as files for the others, without what vtysh says in front of it.
 void save() {
-    (void)bench::shell("vtysh -c 'show running-config' | sed 1,3d > /tmp/to.all");
-    (void)bench::shell("vtysh -d ospfd -c 'show running-config' | sed 1,3d > /tmp/to.ospfd");
+    (void)bench::shell("vtysh -c 'show running-config' | sed 1,3d | tee /tmp/to.all");
+    (void)bench::shell("vtysh -d ospfd -c 'show running-config' | sed 1,3d | tee /tmp/to.ospfd");
 }
 
 /// From one store to another, by each way.

@@ -6,9 +6,9 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <functional>
 #include <random>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 #include "tests/apply/program.h"
@@ -243,8 +243,8 @@ TEST_F(Apply, ForeignLinesSurvive) {
         [](unsigned seed) { write("nhrp", stores::nhrp(stores::nhrpValues(seed))); }, "nhrp");
 }
 
-/// Starts an apply and kills it after so many microseconds.
-void killedApply(unsigned microseconds) {
+/// Starts an apply of OSPF and kills it when the condition holds, unless it ends before.
+void killedApply(const std::function<bool()> &condition) {
     const pid_t child = fork();
     if (child == 0) {
         const int nowhere = open("/dev/null", O_WRONLY);
@@ -253,9 +253,25 @@ void killedApply(unsigned microseconds) {
         (void)execl(FRRUCI_HOST, FRRUCI_HOST, "apply", "ospf", nullptr);
         _exit(127);
     }
-    std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
-    (void)kill(child, SIGKILL);
-    (void)waitpid(child, nullptr, 0);
+    bool ended = false;
+    while (!ended && !condition()) {
+        ended = waitpid(child, nullptr, WNOHANG) != 0;
+    }
+    if (!ended) {
+        (void)kill(child, SIGKILL);
+        (void)waitpid(child, nullptr, 0);
+    }
+}
+
+/// After so long since now.
+std::function<bool()> timeIsUp(std::chrono::microseconds after) {
+    const auto end = std::chrono::steady_clock::now() + after;
+    return [end] { return std::chrono::steady_clock::now() >= end; };
+}
+
+/// Once the daemon has so many networks.
+std::function<bool()> networksArrived(std::size_t count) {
+    return [count] { return running("ospfd").size() > count + 4; };
 }
 
 TEST_F(Apply, TheNextOneFinishesWhatAKilledOneBegan) {
@@ -278,7 +294,9 @@ TEST_F(Apply, TheNextOneFinishesWhatAKilledOneBegan) {
         ASSERT_EQ(frruci("apply ospf").status, 0);
         const auto empty = running("ospfd");
         write("ospf", large);
-        killedApply(static_cast<unsigned>(random() % static_cast<unsigned>(whole.count())));
+        killedApply(i % 2 == 0 ? networksArrived(random() % 100)
+                               : timeIsUp(std::chrono::microseconds(static_cast<long>(random()) %
+                                                                    whole.count())));
         const auto left = running("ospfd");
         halves += left != empty && left != complete ? 1 : 0;
         const Outcome run = frruci("apply ospf");
