@@ -240,7 +240,8 @@ constexpr VerbText kCallText = {
     "as "
     "the last word the rest comes from standard input, one word a line, so that a key need not "
     "stand "
-    "in the process list. What a daemon refuses is told on standard error, in its own words.",
+    "in the process list. What a daemon refuses is told on standard error, in its own words. The "
+    "store is the front-end's: what it does not have goes with the next apply.",
 };
 
 constexpr VerbText kPlanText = {
