@@ -58,6 +58,10 @@ NoMemory::~NoMemory() {
     untilFailure = 0;
 }
 
+int NoMemory::left() {
+    return untilFailure == 0 ? 0 : untilFailure - 1;
+}
+
 } // namespace stage
 
 // Default visibility, so that the library finds these before the C library's.

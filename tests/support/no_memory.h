@@ -14,6 +14,8 @@ public:
     ~NoMemory();
     NoMemory(const NoMemory &) = delete;
     NoMemory &operator=(const NoMemory &) = delete;
+    /// How many allocations are still to succeed before the one that fails; 0 after it.
+    static int left();
 };
 
 } // namespace stage
