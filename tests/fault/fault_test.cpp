@@ -310,7 +310,7 @@ void note(const Request &request, Call call, int number, const std::string &trou
     ++tally.points;
     if (!trouble.empty()) {
         ++tally.failures;
-        (void)printf("%s, %s %d: %s\n", request.name, call == kCalls ? "none" : kNames[call],
+        (void)printf("%s, %s %d: %s\n", request.name, call == kCalls ? "none" : kFaults[call].name,
                      number, trouble.c_str());
     }
 }

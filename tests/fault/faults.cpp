@@ -36,12 +36,6 @@ Counts counts = {};
 std::optional<stage::NoMemory> memory;
 const char *(*listingOf)(const char *command) = nullptr;
 
-/// By Call; what errno tells after each.
-constexpr std::array<int, kCalls> kErrors = {
-    ENOMEM, EMFILE,     ENOMEM, EIO,    ENOSPC, 0,      EIO,          EIO,
-    EEXIST, ENOSPC,     EPERM,  ENOLCK, EIO,    EMFILE, ECONNREFUSED, EPIPE,
-    0,      ECONNRESET, 0,      EMFILE, EAGAIN, ENOMEM, EINVAL};
-
 /// Counts a call; true when it is the one that fails.
 bool fails(Call call) {
     if (!armed) {
@@ -51,7 +45,7 @@ bool fails(Call call) {
     if (call != failing || counts[call] != failingNumber) {
         return false;
     }
-    errno = kErrors[call];
+    errno = kFaults[call].error;
     return true;
 }
 

@@ -5,6 +5,8 @@
 #define FRRUCI_TESTS_FAULT_FAULTS_H
 
 #include <array>
+#include <cerrno>
+#include <iterator>
 
 namespace fault {
 
@@ -35,12 +37,47 @@ enum Call {
     kCalls
 };
 
+struct Fault {
+    Call call;
+    const char *name;
+    int error; ///< what errno tells after it; 0: it does not fail, it does less
+};
+
 /// By Call.
-inline constexpr std::array<const char *, kCalls> kNames = {
-    "malloc",        "open",   "stream",   "read",        "write",      "short write",
-    "fsync",         "rename", "mkostemp", "ftruncate",   "fchmod",     "flock",
-    "close",         "socket", "connect",  "send",        "short send", "recv",
-    "end of stream", "popen",  "system",   "posix_spawn", "mutex"};
+inline constexpr Fault kFaults[] = {
+    {kMalloc,      "malloc",        ENOMEM      },
+    {kOpen,        "open",          EMFILE      },
+    {kStream,      "stream",        ENOMEM      },
+    {kRead,        "read",          EIO         },
+    {kWrite,       "write",         ENOSPC      },
+    {kShortWrite,  "short write",   0           },
+    {kSync,        "fsync",         EIO         },
+    {kRename,      "rename",        EIO         },
+    {kTemporary,   "mkostemp",      EEXIST      },
+    {kTruncate,    "ftruncate",     ENOSPC      },
+    {kMode,        "fchmod",        EPERM       },
+    {kFileLock,    "flock",         ENOLCK      },
+    {kClose,       "close",         EIO         },
+    {kSocket,      "socket",        EMFILE      },
+    {kConnect,     "connect",       ECONNREFUSED},
+    {kSend,        "send",          EPIPE       },
+    {kShortSend,   "short send",    0           },
+    {kReceive,     "recv",          ECONNRESET  },
+    {kEndOfStream, "end of stream", 0           },
+    {kListing,     "popen",         EMFILE      },
+    {kShell,       "system",        EAGAIN      },
+    {kSpawn,       "posix_spawn",   ENOMEM      },
+    {kMutex,       "mutex",         EINVAL      },
+};
+
+static_assert(std::size(kFaults) == kCalls && [] {
+    for (int call = 0; call < kCalls; ++call) {
+        if (kFaults[call].call != call) {
+            return false;
+        }
+    }
+    return true;
+}());
 
 using Counts = std::array<int, kCalls>;
 
