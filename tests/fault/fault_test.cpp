@@ -329,10 +329,10 @@ void tryAll(const Request &request, int first, int step, Tally &tally) {
     expected.after = store();
     expected.files = files();
     note(request, kCalls, 0, tryOnce(request, kCalls, 0, &expected), tally);
-    for (int call = 0; call < kCalls; ++call) {
-        for (int number = first; number <= counts[call]; number += step) {
-            const auto kind = static_cast<Call>(call);
-            note(request, kind, number, tryOnce(request, kind, number, &expected), tally);
+    for (const Fault &fault : kFaults) {
+        for (int number = first; number <= counts[fault.call]; number += step) {
+            note(request, fault.call, number, tryOnce(request, fault.call, number, &expected),
+                 tally);
         }
     }
 }
