@@ -38,6 +38,20 @@ Json jsonOfVerdict(const Verdict &verdict) {
 
 } // namespace
 
+Json linesOf(const char *text) {
+    Json lines = jsonArray();
+    while (*text != '\0') {
+        const std::size_t length = strcspn(text, "\r\n");
+        char *line = copyOf(text, length);
+        append(lines, jsonText(line));
+        free(line);
+        text += length;
+        text += *text == '\r' ? 1 : 0;
+        text += *text == '\n' ? 1 : 0;
+    }
+    return lines;
+}
+
 Json commandsOf(const Step &step) {
     Json array = jsonArray();
     for (const Command &command : *step.commands) {

@@ -8,6 +8,9 @@
 
 namespace frruci::host {
 
+/// The lines of a text.
+Json linesOf(const char *text);
+
 /// The commands of a session, keys hidden.
 Json commandsOf(const Step &step);
 

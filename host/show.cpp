@@ -5,6 +5,7 @@
 
 #include "host/exchange.h"
 #include "host/json.h"
+#include "host/report.h"
 #include "host/secrets.h"
 #include "host/streams.h"
 #include "host/timeout.h"
@@ -61,20 +62,6 @@ Status ask(const Show &show, const char *suffix, Text &masked) {
     }
     addMasked(answer.get(), masked);
     return code == 0 ? kAccepted : complainAbout(show, exchange, code, masked);
-}
-
-Json linesOf(const char *text) {
-    Json lines = jsonArray();
-    while (*text != '\0') {
-        const std::size_t length = strcspn(text, "\r\n");
-        char *line = copyOf(text, length);
-        append(lines, jsonText(line));
-        free(line);
-        text += length;
-        text += *text == '\r' ? 1 : 0;
-        text += *text == '\n' ? 1 : 0;
-    }
-    return lines;
 }
 
 Status showJson(const Show &show, Json all) {

@@ -68,10 +68,10 @@ Status wrongUsage(const char *format, ...) {
     return kWrongUsage;
 }
 
-LibraryPrints::LibraryPrints() : nowhere_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
+LibraryPrints::LibraryPrints(int descriptor) : nowhere_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {
     (void)fflush(stdout);
     (void)fflush(out);
-    (void)dup2(fileno(out), STDOUT_FILENO);
+    (void)dup2(descriptor, STDOUT_FILENO);
 }
 
 LibraryPrints::~LibraryPrints() {

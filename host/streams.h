@@ -24,10 +24,10 @@ bool takeStreams();
 /// The same, and the status of wrong usage.
 [[gnu::format(printf, 1, 2)]] Status wrongUsage(const char *format, ...);
 
-/// While it lives, what the library prints comes out on out.
+/// While it lives, what the library prints goes to a descriptor.
 class LibraryPrints {
 public:
-    LibraryPrints();
+    explicit LibraryPrints(int descriptor);
     ~LibraryPrints();
     LibraryPrints(const LibraryPrints &) = delete;
     LibraryPrints &operator=(const LibraryPrints &) = delete;

@@ -20,6 +20,7 @@
 #include "host/options.h"
 #include "host/plan.h"
 #include "host/replay.h"
+#include "host/report.h"
 #include "host/show.h"
 #include "host/streams.h"
 #include "host/words.h"
@@ -187,12 +188,38 @@ Status recoverVerb(int count, char **words) {
     return prepare() ? recover(*replay) : kNotUsable;
 }
 
+Status reportJson(void (*report)()) {
+    FILE *printed = tmpfile();
+    if (printed == nullptr) {
+        complain("no room for the report");
+        return kNotUsable;
+    }
+    {
+        const LibraryPrints prints(fileno(printed));
+        report();
+    }
+    Text text;
+    char bytes[4096];
+    rewind(printed);
+    for (std::size_t count = 0; (count = fread(bytes, 1, sizeof bytes, printed)) > 0;) {
+        text.add(bytes, count);
+    }
+    (void)fclose(printed); // only read from by now
+    Json object = jsonObject();
+    put(object, "report", linesOf(text.get()));
+    printJson(object);
+    return kAccepted;
+}
+
 Status reportVerb(int, char **) {
     auto *report = prepare() ? find<void()>("swShowOspfConfig") : nullptr;
     if (report == nullptr) {
         return kNotUsable;
     }
-    const LibraryPrints prints;
+    if (wantsJson()) {
+        return reportJson(report);
+    }
+    const LibraryPrints prints(fileno(out));
     report();
     return kAccepted;
 }

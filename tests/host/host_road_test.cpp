@@ -281,6 +281,24 @@ TEST_F(EmptyRoad, APlanKnowsWhatRunsByThen) {
     EXPECT_FALSE(has(stage_.trace(), "router ospf"));
 }
 
+/// The front-end's own modules answer, but not into the files that requests in earnest share.
+TEST_F(Road, APlanAsksVlanQuestionsApart) {
+    stage::writeFile("/tmp/lua/luci/controller/admin/lan.lua",
+                     "return { is_vlan_id = function(id)\n"
+                     "  io.open('/tmp/asked', 'w'):write(id)\n"
+                     "  local file = io.open('/tmp/cli_vid', 'w')\n"
+                     "  file:write('1\\n')\n  file:close()\nend }\n");
+    setenv("LUA_PATH", "/tmp/lua/?.lua", 1);
+    const Outcome outcome =
+        frruci({"plan", "process_rip_interface", "send_version", "eth1.2", "ripv2"});
+    unsetenv("LUA_PATH");
+    EXPECT_TRUE(has(outcome.output, "shell   lua -e 'require \"luci.controller.admin.lan\""))
+        << outcome.output;
+    EXPECT_EQ(program::readFile("/tmp/asked"), "2");
+    EXPECT_NE(access("/tmp/cli_vid", F_OK), 0);
+    EXPECT_NE(WEXITSTATUS(program::shell("ls -d /tmp/frruci.*")), 0) << "a folder is left";
+}
+
 // ---- keys ----
 
 TEST_F(Road, KeysNeverShow) {

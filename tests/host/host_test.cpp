@@ -330,6 +330,17 @@ TEST_F(Host, RunKeepsOneModelForAllItsLines) {
     EXPECT_EQ(frruci({"run", "/tmp/script"}).output, outcome.output);
 }
 
+TEST_F(Host, EveryVerbAnswersInJson) {
+    EXPECT_EQ(frruci({"report", "--json"}).output,
+              "{\n  \"report\":[\n    \"report after 0 calls\"\n  ]\n}\n");
+    for (const char *line :
+         {"call --json process_rip_interface show x", "plan --json process_rip_interface show x",
+          "handlers --json", "help --json", "help call --json", "doctor --json"}) {
+        const std::string output = frruci(split(line)).output;
+        EXPECT_TRUE(output.find('{') == 0 || output.find('[') == 0) << line << output;
+    }
+}
+
 TEST_F(Host, RunGoesOnAfterAFailureAndTellsTheWorst) {
     const Outcome outcome = frruci({"run"}, "call process_rip_interface show fail\nnonsense\n"
                                             "call process_rip_interface show ok");
