@@ -79,7 +79,7 @@ bool expected(const std::string &entry, Parameters &parameters, std::size_t room
             return false;
         } else if (c != '>') {
             name += c;
-            if (name.size() > 30) {
+            if (name.size() > 31) {
                 return false;
             }
         } else {
