@@ -253,14 +253,18 @@ nfds_t gather(pollfd *watched) {
 
 void *serve(void *) {
     static pollfd watched[1 + kDaemonCount + kPipeCount + kMaxSessions];
-    for (;;) {
+    // Not before something happens: to accept takes the lowest free descriptor for a moment, even
+    // where nobody waits, and a test may have freed that one for the library.
+    for (bool isAwake = false;; isAwake = true) {
         nfds_t count = 0;
         {
             const WorldLock lock;
             if (world->stopping) {
                 return nullptr;
             }
-            pump();
+            if (isAwake) {
+                pump();
+            }
             count = gather(watched);
         }
         (void)poll(watched, count, -1);
