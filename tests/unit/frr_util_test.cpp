@@ -490,7 +490,7 @@ TEST_F(EmptyReceives, AreFewWhileSignalsCome) {
     ASSERT_EQ(shutdown(ends_[1], SHUT_WR), 0);
     const interruptions::Timer timer;
     showForASecond();
-    EXPECT_GT(interruptions::count, 0); // an emulator loses those that come in a pause
+    EXPECT_GT(interruptions::count, 50); // those that come in one pause are one
 }
 
 TEST_F(EmptyReceives, AreFewOnAStreamThatDoesNotWait) {
