@@ -20,23 +20,12 @@
 #include "rip/sw_rip.h"
 #include "tests/support/interruptions.h"
 #include "tests/support/stage.h"
+#include "tests/system/handler_call.h"
 #include "vty/startup.h"
 
 namespace {
 
-void request(void (*handler)(int32_t, char **), const std::string &text) {
-    std::istringstream from(text);
-    std::vector<std::string> words;
-    for (std::string word; from >> word;) {
-        words.push_back(word);
-    }
-    std::vector<char *> argv;
-    for (std::string &word : words) {
-        argv.push_back(word.data());
-    }
-    argv.push_back(nullptr);
-    handler(static_cast<int32_t>(words.size()), argv.data());
-}
+using routers::call;
 
 int countOf(const std::string &part, const std::string &text) {
     int count = 0;
@@ -96,7 +85,7 @@ std::string interrupted(const std::function<void(stage::Stage &)> &call) {
 TEST(InterruptedRequests, FiveHundredSettingsOfOspfArrive) {
     const std::string traces = interrupted([](stage::Stage &) {
         for (int i = 1; i <= 500; ++i) {
-            request(process_ospf_interface, "eth1.2 wan cost " + std::to_string(i));
+            call(process_ospf_interface, "eth1.2 wan cost " + std::to_string(i));
         }
     });
     EXPECT_EQ(countOf("ospfd: en | configure | interface eth1.2 | ip ospf cost ", traces), 500);
@@ -106,7 +95,7 @@ TEST(InterruptedRequests, FiveHundredSettingsOfOspfArrive) {
 TEST(InterruptedRequests, FiveHundredSettingsOfRipArrive) {
     const std::string traces = interrupted([](stage::Stage &) {
         for (int i = 0; i < 500; ++i) {
-            request(process_rip_config, "default_metric " + std::to_string(1 + i % 16));
+            call(process_rip_config, "default_metric " + std::to_string(1 + i % 16));
         }
     });
     EXPECT_EQ(countOf("| default-metric ", traces), 1000); // each for both sides
@@ -116,7 +105,7 @@ TEST(InterruptedRequests, FiveHundredSettingsOfRipArrive) {
 TEST(InterruptedRequests, FiveHundredSettingsOfNhrpArrive) {
     const std::string traces = interrupted([](stage::Stage &) {
         for (int i = 0; i < 500; ++i) {
-            request(process_nhrp_interface, "x tun0 ip nhrp shortcut");
+            call(process_nhrp_interface, "x tun0 ip nhrp shortcut");
         }
     });
     EXPECT_EQ(countOf("nhrpd: enable | configure | interface tun0 | ip nhrp shortcut\n", traces),
@@ -193,7 +182,7 @@ TEST(InterruptedRequests, TheWholeCacheIsShown) {
     cache += "}\n";
     const std::string traces = interrupted([&cache](stage::Stage &stage) {
         stage.answer("nhrpd", "show ip nhrp cache json", {.text = cache.c_str(), .delayMs = 5});
-        request(process_nhrp_show, "x ip nhrp cache");
+        call(process_nhrp_show, "x ip nhrp cache");
     });
     EXPECT_EQ(countOf("peer", traces), 50);
 }
