@@ -56,7 +56,7 @@ Exchange::Exchange(const char *daemon, unsigned timeoutSeconds)
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     (void)snprintf(address.sun_path, sizeof address.sun_path, "/var/%s.vty", daemon);
-    // A daemon's queue that is full refuses a socket that does not wait; nobody is home behind it.
+    // A daemon's queue that is full refuses a socket that does not wait; nobody listens on it.
     const int result = connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
     reach_ = reachOf(result == 0 ? 0 : errno);
 }

@@ -189,7 +189,7 @@ TEST_F(OspfRecovery, ADaemonThatIsKilledMeanwhileDoesNoHarm) {
     (void)ospf_cfg_recovery();
     ASSERT_EQ(fatalCommand, nullptr) << "the daemon was not killed";
     const std::string log = logText();
-    // Hello and what follows it of this interface, and everything of those behind it.
+    // Hello and what follows it of this interface, and everything of the interfaces after it.
     std::size_t lost = 0;
     for (int i = victim; i < kInterfaces; ++i) {
         lost += (i == victim ? 4u : 8u) + (i % 5 == 0 ? 1u : 0u) + 1u;
