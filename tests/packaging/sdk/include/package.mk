@@ -6,7 +6,8 @@ PKG_INSTALL_DIR := $(PKG_BUILD_DIR)/ipkg-install
 define Build/Patch
 endef
 
-# BuildPackage NAME: what the package installs goes to root/NAME, its head to NAME.control.
+# BuildPackage NAME: what the package installs goes to root/NAME, its head to NAME.control, and what runs before its
+# removal to NAME.prerm.
 define BuildPackage
 $(eval $(Package/$(1)))
 $(if $(TITLE),,$(error Package/$(1) has no title))
@@ -16,7 +17,10 @@ install-$(1): build
 	rm -rf $(SDK_WORK)/root/$(1)
 	$$(call Package/$(1)/install,$(SDK_WORK)/root/$(1))
 	echo "$(SECTION) | $(CATEGORY) | $(TITLE) | $(DEPENDS)" > $(SDK_WORK)/$(1).control
+	echo "by $(PKG_MAINTAINER) | $(PKG_VERSION)-r$(PKG_RELEASE) | $(PKG_LICENSE) | $(PKG_LICENSE_FILES) | $(URL)" \
+		>> $(SDK_WORK)/$(1).control
 	printf '%s\n' $(strip $(Package/$(1)/conffiles)) >> $(SDK_WORK)/$(1).control
+	$$(file >$(SDK_WORK)/$(1).prerm,$$(Package/$(1)/prerm))
 packages: install-$(1)
 endef
 
