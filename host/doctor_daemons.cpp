@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <dirent.h>
+#include <glob.h>
 #include <initializer_list>
 
 #include "host/doctor.h"
@@ -117,13 +118,30 @@ void examineMgmtd(int major, Findings &findings) {
     }
 }
 
-void examineOthers(Findings &findings) {
+/// OpenWrt's link for a service that is switched on.
+bool isStartedAtBoot() {
+    glob_t found = {};
+    const bool isThere = glob("/etc/rc.d/S??frr", 0, nullptr, &found) == 0;
+    globfree(&found);
+    return isThere;
+}
+
+/// FRR's own service is explained and left alone: on some routers it does more than frruci.
+void examineService(Findings &findings) {
     if (runs("watchfrr")) {
         add(findings, Level::kWarning, "watchfrr",
-            "restarts what frruci stops: switch FRR's own service off (service frr disable)");
+            "restarts what frruci stops, and frruci starts no daemon beside it: switch FRR's own "
+            "service off (service frr disable; reboot)");
+    } else if (isStartedAtBoot()) {
+        add(findings, Level::kWarning, "watchfrr",
+            "comes with the next boot, and then frruci starts no daemon: switch FRR's own service "
+            "off (service frr disable)");
     } else {
         add(findings, Level::kOk, "watchfrr", "does not run");
     }
+}
+
+void examineOthers(Findings &findings) {
     for (const char *other : kOthersOnZebra) {
         if (runs(other)) {
             add(findings, Level::kWarning, other,
@@ -141,6 +159,7 @@ void examineDaemons(Findings &findings) {
         newest = major > newest ? major : newest;
     }
     examineMgmtd(newest, findings);
+    examineService(findings);
     examineOthers(findings);
 }
 

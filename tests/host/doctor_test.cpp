@@ -109,10 +109,20 @@ TEST_F(Doctor, FrrTenNeedsMgmtd) {
     EXPECT_TRUE(says("ok", "mgmtd", "runs"));
 }
 
-TEST_F(Doctor, OthersAtWork) {
+TEST_F(Doctor, FrrsOwnService) {
+    stage::writeFile("/etc/rc.d/S95frr", "");
+    EXPECT_TRUE(says("warning", "watchfrr",
+                     "comes with the next boot, and then frruci starts no daemon: switch FRR's own "
+                     "service off (service frr disable)"));
     const Running watchfrr("watchfrr");
+    EXPECT_TRUE(says("warning", "watchfrr",
+                     "restarts what frruci stops, and frruci starts no daemon beside it: switch "
+                     "FRR's own service off (service frr disable; reboot)"));
+    unlink("/etc/rc.d/S95frr");
+}
+
+TEST_F(Doctor, OthersAtWork) {
     const Running bgpd("bgpd");
-    EXPECT_TRUE(says("warning", "watchfrr", "service frr disable"));
     EXPECT_TRUE(says("warning", "bgpd", "lives on zebra"));
 }
 
