@@ -130,12 +130,12 @@ bool isStartedAtBoot() {
 void examineService(Findings &findings) {
     if (runs("watchfrr")) {
         add(findings, Level::kWarning, "watchfrr",
-            "restarts what frruci stops, and frruci starts no daemon beside it: switch FRR's own "
-            "service off (service frr disable; reboot)");
+            "restarts what frruci stops, and frruci watch starts no daemon beside it: switch FRR's "
+            "own service off (service frr disable; reboot)");
     } else if (isStartedAtBoot()) {
         add(findings, Level::kWarning, "watchfrr",
-            "comes with the next boot, and then frruci starts no daemon: switch FRR's own service "
-            "off (service frr disable)");
+            "comes with the next boot, and then frruci watch starts no daemon: switch FRR's own "
+            "service off (service frr disable)");
     } else {
         add(findings, Level::kOk, "watchfrr", "does not run");
     }

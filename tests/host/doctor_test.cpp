@@ -112,12 +112,12 @@ TEST_F(Doctor, FrrTenNeedsMgmtd) {
 TEST_F(Doctor, FrrsOwnService) {
     stage::writeFile("/etc/rc.d/S95frr", "");
     EXPECT_TRUE(says("warning", "watchfrr",
-                     "comes with the next boot, and then frruci starts no daemon: switch FRR's own "
-                     "service off (service frr disable)"));
+                     "comes with the next boot, and then frruci watch starts no daemon: switch "
+                     "FRR's own service off (service frr disable)"));
     const Running watchfrr("watchfrr");
     EXPECT_TRUE(says("warning", "watchfrr",
-                     "restarts what frruci stops, and frruci starts no daemon beside it: switch "
-                     "FRR's own service off (service frr disable; reboot)"));
+                     "restarts what frruci stops, and frruci watch starts no daemon beside it: "
+                     "switch FRR's own service off (service frr disable; reboot)"));
     unlink("/etc/rc.d/S95frr");
 }
 
