@@ -154,12 +154,15 @@ int32_t writePipe(const char *text, const char *path) {
 namespace outside = frruci::outside;
 
 int32_t record_log_act(const char *format, ...) {
+    if (outside::isRehearsal()) {
+        return -1;
+    }
     char message[512];
     va_list arguments;
     va_start(arguments, format);
     const int formatted = vsnprintf(message, sizeof message, format, arguments);
     va_end(arguments);
-    if (formatted < 0 || outside::isRehearsal()) {
+    if (formatted < 0) {
         return -1;
     }
     const int file = frruci::common::openPlainFile(kLogPath, O_WRONLY | O_APPEND | O_CREAT);

@@ -11,16 +11,20 @@
 #include "common/front_end.h"
 #include "common/outside.h"
 #include "common/store_commit.h"
+#include "common/store_reading.h"
 #include "common/text.h"
 #include "common/uci_option.h"
 #include "frruci/observe.h"
 
 namespace {
 
+using frruci::common::checked;
 using frruci::common::equals;
+using frruci::common::load;
+using frruci::common::newContext;
 using frruci::common::PendingLine;
+using frruci::common::Reading;
 using frruci::common::ReadLock;
-using frruci::common::releaseLocks;
 using frruci::common::saveAndCommit;
 using frruci::outside::happened;
 using frruci::outside::happens;
@@ -62,30 +66,6 @@ const char *textOf(uci_context *context, uci_package *package, const char *secti
     // An element is the first member of its section.
     auto *found = reinterpret_cast<uci_section *>(lookUp(context, &package->sections, section));
     return frruci::common::optionText(context, found, named(option));
-}
-
-/// Null without memory. libuci makes a context that ignores pending changes when memory runs out in
-/// the middle: a change saved with it would not be committed.
-uci_context *newContext() {
-    uci_context *context = uci_alloc_context();
-    if (context != nullptr && context->delta_path.next == &context->delta_path) {
-        uci_free_context(context);
-        context = nullptr;
-    }
-    return context;
-}
-
-/// The code of a call of libuci; one that ran out of memory may have kept its locks.
-int32_t checked(int32_t code, const char *package) {
-    if (code == UCI_ERR_MEM) {
-        releaseLocks(package);
-    }
-    return code;
-}
-
-int32_t load(uci_context *context, const char *package, uci_package **loaded) {
-    const ReadLock lock(package);
-    return checked(uci_load(context, package, loaded), package);
 }
 
 int32_t setInMemory(uci_context *context, uci_ptr &target) {
@@ -143,23 +123,18 @@ int32_t frr_uci_get(const char *package, const char *section, const char *option
     if (out != nullptr) {
         std::fill_n(out, out_size, '\0');
     }
-    uci_context *context = newContext();
-    if (context == nullptr) {
-        return UCI_ERR_MEM;
+    const Reading reading(named(package));
+    if (reading.package == nullptr) {
+        return reading.result;
     }
-    uci_package *loaded = nullptr;
-    int32_t result = load(context, named(package), &loaded);
-    if (result == UCI_OK) {
-        const char *text = textOf(context, loaded, section, option);
-        if (text == nullptr) {
-            result = UCI_ERR_NOTFOUND;
-        } else if (out != nullptr && out_size > 0) {
-            std::copy_n(text, strnlen(text, out_size - 1U), out);
-        }
-        (void)uci_unload(context, loaded); // fails for a null package only
+    const char *text = textOf(reading.context, reading.package, section, option);
+    if (text == nullptr) {
+        return UCI_ERR_NOTFOUND;
     }
-    uci_free_context(context);
-    return result;
+    if (out != nullptr && out_size > 0) {
+        std::copy_n(text, strnlen(text, out_size - 1U), out);
+    }
+    return UCI_OK;
 }
 
 int32_t frr_uci_add_section(const char *package, const char *name, const char *type) {
@@ -202,21 +177,16 @@ int32_t frr_uci_add_section(const char *package, const char *name, const char *t
 
 void frr_uci_foreach_section(const char *package, const char *type,
                              frr_uci_section_visitor visitor) {
-    uci_context *context = newContext();
-    uci_package *loaded = nullptr;
-    (void)load(context, named(package), &loaded); // without a package nothing is visited
-    if (loaded != nullptr) {
-        const uci_list *const end = &loaded->sections;
-        for (uci_list *node = loaded->sections.next; node != end; node = node->next) {
-            auto *section = reinterpret_cast<uci_section *>(node);
-            if (visitor != nullptr && equals(section->type, named(type))) {
-                (void)visitor(context, section); // no meaning here
-            }
-        }
-        (void)uci_unload(context, loaded); // fails for a null package only
+    const Reading reading(named(package), true); // Fixed by the interface
+    if (reading.package == nullptr) {
+        return; // nothing to visit
     }
-    if (context != nullptr) {
-        uci_free_context(context);
+    const uci_list *const end = &reading.package->sections;
+    for (uci_list *node = reading.package->sections.next; node != end; node = node->next) {
+        auto *section = reinterpret_cast<uci_section *>(node);
+        if (visitor != nullptr && equals(section->type, named(type))) {
+            (void)visitor(reading.context, section); // no meaning here
+        }
     }
 }
 

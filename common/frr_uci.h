@@ -4,8 +4,9 @@
  * package is a package name, such as "ospf", or a file path that begins with "/", such as
  * "/etc/config/nhrp"; the path's file is read and written without libuci's pending changes. Every
  * call opens a libuci context of its own, reads the whole package, and releases both before it
- * returns: nothing is cached. Results are libuci's codes: 0 success, 1 out of memory, 2 invalid
- * argument, 3 not found, 4 input/output error, 5 malformed file, 6 duplicate, 7 unknown. */
+ * returns: nothing is cached, but that a rehearsal reads a package once. Results are libuci's
+ * codes: 0 success, 1 out of memory, 2 invalid argument, 3 not found, 4 input/output error, 5
+ * malformed file, 6 duplicate, 7 unknown. */
 #ifndef FRRUCI_COMMON_FRR_UCI_H
 #define FRRUCI_COMMON_FRR_UCI_H
 

@@ -53,11 +53,13 @@ typedef struct FrruciEvent {
     const char *section; /* FRRUCI_STORE: section, or name of the section to add */
     const char *option;  /* FRRUCI_STORE: null adds a section */
     uint64_t number;
-    int32_t result;     /* what the call underneath gave: negative for failure, of a shell command
-                         * and of the store also above 0. FRRUCI_ANSWER: bytes received */
-    uint32_t text_size; /* FRRUCI_ANSWER: bytes of text */
-    int32_t code;       /* FRRUCI_ANSWER: the completion code when this piece ends the answer,
-                         * else -1 */
+    int32_t result;       /* what the call underneath gave: negative for failure, of a shell command
+                           * and of the store also above 0. FRRUCI_ANSWER: bytes received */
+    uint32_t text_size;   /* FRRUCI_ANSWER: bytes of text */
+    int32_t code;         /* FRRUCI_ANSWER: the completion code when this piece ends the answer,
+                           * else -1 */
+    uint32_t answer_size; /* bytes of answer */
+    const char *answer;   /* FRRUCI_COMMAND of a rehearsal: null, or what see sets it to */
 } FrruciEvent;
 
 typedef void (*FrruciSee)(FrruciEvent *event, void *context);
@@ -76,13 +78,16 @@ typedef struct FrruciObserver {
  * In a rehearsal each event but FRRUCI_ANSWER is shown before only, does not happen, and counts as
  * having given what see leaves in result, 0 unless it writes there. What answers comes through a
  * descriptor that see writes into fd and the library closes; without one there is no answer:
- *   FRRUCI_CONNECT   a session: one end of a socket pair, the other being the daemon's. See writes
- *                    there what the daemon would answer to a FRRUCI_COMMAND: text, three NULs, the
- *                    completion code. Without it the daemon cannot be reached.
+ *   FRRUCI_CONNECT   a session. Without it the daemon cannot be reached.
  *   FRRUCI_LISTING   the command's output. Without it the command cannot be started.
  *   FRRUCI_FILE      the file's content. Without it there is no such file.
- * Reading the store is real. Models and views change as they would, so rehearse in a child process.
- * Result: 0; 1 when see is null or size is smaller than this record was in the first version. */
+ * What a daemon would answer to a FRRUCI_COMMAND is its text, three NULs, and the completion code.
+ * See sets answer to these bytes, which must live until the next event that is not FRRUCI_ANSWER;
+ * the session's descriptor is then not read from, and may be any. Or it leaves answer null and
+ * writes them into the other end of a socket pair, of which the session is one.
+ * Reading the store is real, and each package is read once. Models and views change as they would,
+ * so rehearse in a child process. Result: 0; 1 when see is null or size is smaller than this record
+ * was in the first version. */
 FRRUCI_C_BEGIN
 int32_t frruciObserve(const FrruciObserver *observer);
 FRRUCI_C_END

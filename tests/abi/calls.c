@@ -129,7 +129,7 @@ _Static_assert(sizeof(OspfModelBlock) == 6080 && sizeof(OspfProcessCfg) == 104 &
                    sizeof(OspfInterfaceEntry) == 68,
                "OSPF model");
 _Static_assert(sizeof(RipVrfNode) == 80 && sizeof(RipInterfaceNode) == 52, "RIP model");
-_Static_assert(sizeof(FrruciEvent) == 72 && sizeof(FrruciObserver) == 24, "observer");
+_Static_assert(sizeof(FrruciEvent) == 80 && sizeof(FrruciObserver) == 24, "observer");
 
 int main(void) {
     callFrontEnd();

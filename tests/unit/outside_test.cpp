@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <fcntl.h>
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -280,6 +281,114 @@ TEST_F(Observed, ARehearsalIsAnsweredByTheHost) {
     EXPECT_EQ(frrVtyRun(fd, "fine", &code, reply, sizeof reply), 0);
     EXPECT_EQ(frrVtyDisconnect(fd), 0);
     EXPECT_STREQ(stage_.trace(), "");
+}
+
+/// Nothing is read from the session's descriptor, which is no socket here.
+TEST_F(Observed, AnAnswerMayComeWithTheCommand) {
+    const std::string ending(3, '\0');
+    std::string answer;
+    reply_ = [&](FrruciEvent &event) {
+        if (event.kind == FRRUCI_CONNECT) {
+            event.fd = open("/dev/null", O_RDWR | O_CLOEXEC);
+        } else if (event.kind == FRRUCI_COMMAND) {
+            answer = event.text == std::string("refused") ? "% No.\n" + ending + '\15'
+                     : event.text == std::string("show")
+                         ? "first\n" + std::string(250, 'r') + "\nlast\n" + ending + '\4'
+                         : ending + '\0';
+            event.answer = answer.data();
+            event.answer_size = static_cast<uint32_t>(answer.size());
+        }
+    };
+    observe(true);
+    int32_t fd = -1;
+    uint8_t code = 0;
+    ASSERT_EQ(frrVtyConnect("/var/ripd.vty", &fd), 0);
+    char reply[64] = {};
+    EXPECT_EQ(frrVtyRun(fd, "refused", &code, reply, sizeof reply), 13);
+    EXPECT_STREQ(reply, "% No.\n");
+    EXPECT_EQ(frrVtyPrint(fd, "show", &code, 0, 0, 2), 4);
+    EXPECT_NE(std::string(stage_.output()).find("last\r\n"), std::string::npos);
+    memset(reply, 0, sizeof reply);
+    EXPECT_EQ(frrVtyRun(fd, "fine", &code, reply, sizeof reply), 0);
+    EXPECT_EQ(frrVtyDisconnect(fd), 0);
+    EXPECT_NE(lines_.find("command <refused>\nanswer done <% No.\n> code 13\n"), std::string::npos);
+}
+
+/// What the host leaves unread is no part of the next answer.
+TEST_F(Observed, AnAnswerThatCameWithACommandIsOfThatCommandOnly) {
+    static const char kLong[] = "more than is read\0\0\0";
+    reply_ = [&](FrruciEvent &event) {
+        if (event.kind == FRRUCI_COMMAND && event.text == std::string("long")) {
+            event.answer = kLong;
+            event.answer_size = sizeof kLong;
+        } else {
+            play(event);
+        }
+    };
+    observe(true);
+    int32_t fd = -1;
+    uint8_t code = 0;
+    ASSERT_EQ(frrVtyConnect("/var/ripd.vty", &fd), 0);
+    char reply[8] = {};
+    EXPECT_EQ(frrVtyRun(fd, "long", &code, reply, 4), -1);
+    memset(reply, 0, sizeof reply);
+    EXPECT_EQ(frrVtyRun(fd, "next", &code, reply, sizeof reply), 0);
+    EXPECT_STREQ(reply, "");
+    EXPECT_EQ(frrVtyDisconnect(fd), 0);
+}
+
+TEST_F(Observed, ARehearsalReadsAPackageOnce) {
+    const auto store = [](const std::string &package, const std::string &value) {
+        stage::writeFile(("/etc/config/" + package).c_str(),
+                         ("config x 'named'\n\toption word '" + value + "'\n").c_str());
+    };
+    const auto read = [](const std::string &package) {
+        char value[16];
+        (void)frr_uci_get(package.c_str(), "named", "word", value, sizeof value);
+        return std::string(value);
+    };
+    const std::string packages[] = {"a", "b", "/etc/config/c", "d", "e", std::string(40, 'f')};
+    const auto storeAll = [&](const std::string &value) {
+        for (const std::string &package : packages) {
+            store(package.substr(package.rfind('/') + 1), value);
+        }
+    };
+    const int before = stage::Stage::openDescriptors();
+    storeAll("old");
+    observe(true);
+    for (const std::string &package : packages) {
+        EXPECT_EQ(read(package), "old");
+    }
+    storeAll("new");
+    EXPECT_EQ(read("a"), "old");
+    EXPECT_EQ(read("/etc/config/c"), "old");
+    EXPECT_EQ(read("d"), "old");
+    EXPECT_EQ(read("e"), "new"); // there is room for four
+    EXPECT_EQ(read(std::string(40, 'f')), "new");
+    EXPECT_EQ(read("missing"), "");
+    observe(true); // the next rehearsal
+    EXPECT_EQ(read("a"), "new");
+    storeAll("newest");
+    observe(false);
+    EXPECT_EQ(read("a"), "newest");
+    EXPECT_EQ(stage::Stage::openDescriptors(), before);
+}
+
+TEST_F(Observed, ASectionsVisitorMayReadTheStoreInARehearsal) {
+    stage::writeFile("/etc/config/a", "config x 'one'\n\toption word '1'\nconfig x 'two'\n");
+    stage::writeFile("/etc/config/b", "config x 'one'\n\toption word 'b'\n");
+    observe(true);
+    static std::string seen;
+    seen.clear();
+    frr_uci_foreach_section("a", "x", [](uci_context *, uci_section *) -> int32_t {
+        char value[16];
+        for (const char *package : {"a", "b"}) {
+            (void)frr_uci_get(package, "one", "word", value, sizeof value);
+            seen += value;
+        }
+        return 0;
+    });
+    EXPECT_EQ(seen, "1b1b");
 }
 
 TEST_F(Observed, WithoutAnAnswerThereIsNoDaemonNoListingAndNoFile) {
