@@ -14,7 +14,6 @@ namespace frruci::apply {
 
 namespace {
 
-constexpr std::string_view kBlanks = " \t\r\n";
 constexpr std::string_view kChainPrefix = "app_rip_";
 constexpr std::string_view kLinkPrefix = "169.254.11.20/30"; // the router's own inner link
 
@@ -45,7 +44,9 @@ public:
     }
 
 private:
-    static bool isBlank(char byte) { return kBlanks.find(byte) != std::string_view::npos; }
+    static bool isBlank(char byte) {
+        return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
+    }
 
     std::string_view rest_;
     std::string_view word_;
@@ -301,8 +302,11 @@ void findName(const Kind &kind, Line &line) {
 } // namespace
 
 Found recognise(Target target, Place place, const char *text, Line &line) {
+    const char first = *Words(text).word().data();
     for (const Kind &kind : kinds()) {
-        if (kind.target != target || kind.place != place) {
+        // Most kinds are told apart by their first letter.
+        const bool mayBe = kind.pattern[0] == first || kind.pattern[0] == '[';
+        if (kind.target != target || kind.place != place || !mayBe) {
             continue;
         }
         Output out(line.text);

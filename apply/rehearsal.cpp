@@ -8,7 +8,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -47,43 +46,55 @@ constexpr const char *kSpfOptions[] = {"spf_delay", "spf_hold_init", "spf_hold_m
 
 // ---- in the child ----
 
-FILE *told;
+/// Where the child tells, in pieces of this size.
+int told = -1;
+char pieces[16384];
+std::size_t pieceBytes = 0;
+
+void tellPieces() {
+    for (const char *at = pieces; pieceBytes > 0;) {
+        const ssize_t written = write(told, at, pieceBytes);
+        if (written <= 0) {
+            _exit(1); // nobody listens
+        }
+        at += written;
+        pieceBytes -= static_cast<std::size_t>(written);
+    }
+}
+
+void add(const char *bytes, std::size_t count) {
+    while (count > 0) {
+        const std::size_t room = sizeof pieces - pieceBytes;
+        const std::size_t now = count < room ? count : room;
+        memcpy(pieces + pieceBytes, bytes, now);
+        pieceBytes += now;
+        bytes += now;
+        count -= now;
+        if (pieceBytes == sizeof pieces) {
+            tellPieces();
+        }
+    }
+}
 
 void tell(Told what, Target target, const char *where, const char *text) {
-    (void)fprintf(told, "%c%c%s%c%s%c", static_cast<char>(what),
-                  static_cast<char>('0' + static_cast<int>(target)), where, 0, text, 0);
+    const char head[] = {static_cast<char>(what),
+                         static_cast<char>('0' + static_cast<int>(target))};
+    add(head, sizeof head);
+    add(where, strlen(where) + 1);
+    add(text, strlen(text) + 1);
 }
 
-/// The daemon's end of the session; the library has one at a time.
-int peer = -1;
-
-void openSession(FrruciEvent *event) {
-    if (peer >= 0) {
-        (void)close(peer);
-    }
-    int ends[2];
-    if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) {
-        _exit(1);
-    }
-    event->fd = ends[0];
-    peer = ends[1];
-    tell(Told::Session, Target::Ospfd, "", event->place);
-}
-
-/// Every command is accepted, as by a router where nothing is configured yet.
-void accept(const FrruciEvent *event) {
-    static constexpr char kAccepted[] = {0, 0, 0, 0};
-    if (write(peer, kAccepted, sizeof kAccepted) < 0) {
-        _exit(1); // the library would wait for the answer
-    }
-    tell(Told::Command, Target::Ospfd, "", event->text);
-}
-
+/// Every session opens, and every command is accepted, as by a router where nothing is configured
+/// yet.
 void see(FrruciEvent *event, void *) {
+    static constexpr char kAccepted[] = {0, 0, 0, 0};
     if (event->kind == FRRUCI_CONNECT) {
-        openSession(event);
+        event->fd = fcntl(told, F_DUPFD_CLOEXEC, 0);
+        tell(Told::Session, Target::Ospfd, "", event->place);
     } else if (event->kind == FRRUCI_COMMAND) {
-        accept(event);
+        event->answer = kAccepted;
+        event->answer_size = sizeof kAccepted;
+        tell(Told::Command, Target::Ospfd, "", event->text);
     }
 }
 
@@ -159,9 +170,9 @@ void tellNhrp(const Protocol &protocol) {
 }
 
 [[noreturn]] void replay(const Protocol &protocol, int pipe) {
-    told = fdopen(pipe, "w");
+    told = pipe;
     const FrruciObserver observer = {sizeof observer, 1, see, nullptr};
-    if (told == nullptr || library().observe(&observer) != 0 || !library().begin()) {
+    if (library().observe(&observer) != 0 || !library().begin()) {
         _exit(1);
     }
     if (strcmp(protocol.name, "ospf") == 0) {
@@ -173,7 +184,8 @@ void tellNhrp(const Protocol &protocol) {
         tellNhrp(protocol);
     }
     tell(Told::End, Target::Ospfd, "", "");
-    _exit(fflush(told) == 0 ? 0 : 1);
+    tellPieces();
+    _exit(0);
 }
 
 // ---- in the parent ----
