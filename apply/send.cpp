@@ -24,6 +24,8 @@ constexpr const char *kEarly = "object was deleted by another process";
 constexpr int kEarlyTries = 20;
 constexpr int kEarlyPauseMs = 100;
 constexpr std::size_t kProgressSteps = 50;
+// A daemon works on so many in a few milliseconds.
+constexpr std::size_t kMostAtOnce = 64;
 
 /// A daemon's text as one line, without the sign that it puts in front. It may repeat the command.
 void formatReason(const char *text, const char *secret, char (&line)[kLineBytes]) {
@@ -55,9 +57,9 @@ public:
         if (!begin()) {
             return sent_;
         }
-        for (std::size_t i = 0; i < steps.count && sent_.answered; ++i) {
+        for (std::size_t i = 0; i < steps.count && sent_.answered;) {
             progress(i, steps.count);
-            take(steps.items[i]);
+            i += closedAt_ != 0 ? pass(steps.items[i]) : take(steps, i);
         }
         progress(steps.count, steps.count);
         if (sent_.answered) {
@@ -78,25 +80,59 @@ private:
         return true;
     }
 
-    void take(const Step &step) {
-        // In a context that could not be entered the daemon would take settings for another one's.
+    /// Goes past a step inside of a context that could not be entered: the daemon would take the
+    /// settings for another one's.
+    std::size_t pass(const Step &step) {
+        if (step.does == Step::Does::Enter) {
+            ++depth_;
+        } else if (step.does != Step::Does::Leave) {
+            ++sent_.refused;
+        } else if (depth_-- == closedAt_) {
+            closedAt_ = 0;
+        }
+        return 1;
+    }
+
+    /// Takes the steps up to the next context, or what the daemon takes at once of them; how many.
+    std::size_t take(const Steps &steps, std::size_t first) {
+        const std::size_t count = countAtOnce(steps, first);
+        if (count > 1) {
+            for (std::size_t i = 0; i < count; ++i) {
+                session_.post(steps.items[first + i].text);
+            }
+        }
+        for (std::size_t i = 0; i < count && sent_.answered; ++i) {
+            const Step &step = steps.items[first + i];
+            hear(step, count > 1 ? session_.take() : session_.run(step.text));
+        }
+        return count;
+    }
+
+    /// Whether a context is open must be known before its settings leave.
+    std::size_t countAtOnce(const Steps &steps, std::size_t first) const {
+        const std::size_t left = steps.count - first;
+        const std::size_t most = !session_.takesMany() ? 1
+                                 : left < kMostAtOnce  ? left
+                                                       : kMostAtOnce;
+        std::size_t count = 1;
+        while (count < most && steps.items[first + count - 1].does != Step::Does::Enter) {
+            ++count;
+        }
+        return count;
+    }
+
+    void hear(const Step &step, int code) {
+        if (code == kNoReply) {
+            sent_.answered = false;
+            report("%s went away", part_.holder);
+            return;
+        }
         if (step.does == Step::Does::Enter) {
             ++depth_;
             context_ = step.text;
         }
-        if (closedAt_ == 0) {
-            const int code = session_.run(step.text);
-            if (code == kNoReply) {
-                sent_.answered = false;
-                report("%s went away", part_.holder);
-                return;
-            }
-            judge(step, code);
-        } else if (step.does == Step::Does::Set || step.does == Step::Does::Remove) {
-            ++sent_.refused;
-        }
+        judge(step, code);
         if (step.does == Step::Does::Leave) {
-            closedAt_ = closedAt_ == depth_ ? 0 : closedAt_;
             --depth_;
         }
     }
@@ -138,10 +174,11 @@ private:
     }
 
     void progress(std::size_t done, std::size_t all) {
-        if (all < kProgressSteps || (done % kProgressSteps != 0 && done != all) ||
-            isatty(fileno(host::err)) == 0) {
+        const bool isDue = done == all || done >= told_ + kProgressSteps;
+        if (all < kProgressSteps || !isDue || isatty(fileno(host::err)) == 0) {
             return;
         }
+        told_ = done;
         (void)fprintf(host::err, "\r%s: %zu of %zu%s", part_.holder, done, all,
                       done == all ? "\n" : "");
     }
@@ -151,6 +188,7 @@ private:
     Session session_;
     Sent sent_;
     const char *context_ = ""; ///< the last one that was entered
+    std::size_t told_ = 0;     ///< steps that progress was told of
     int depth_ = 0;
     int closedAt_ = 0; ///< the depth of a context that was refused; 0 for none
 };

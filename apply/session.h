@@ -22,6 +22,15 @@ public:
     /// Sends a command and waits for the end of its answer. The completion code, 0 for success, or
     /// kNoReply, which ends the session.
     int run(const char *command);
+
+    /// True when the daemon takes commands without being waited for. Mgmtd does not: it would lose
+    /// what comes while it works on a change.
+    bool takesMany() const { return !isManaged_; }
+    /// The two halves of run, where the daemon takes many: answers come in the order of the
+    /// commands, one for each.
+    void post(const char *command) { exchange_.post(command); }
+    int take() { return exchange_.take(answer_); }
+
     /// The text of the last answer.
     const char *text() const { return answer_.get(); }
 

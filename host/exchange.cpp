@@ -84,44 +84,71 @@ bool Exchange::waitFor(short events) const {
     }
 }
 
-bool Exchange::receive(char *bytes, std::size_t room, std::size_t &count) {
+bool Exchange::sendPosted() {
+    for (std::size_t sent = 0; sent < posted_.size();) {
+        const ssize_t count = send(fd_, posted_.get() + sent, posted_.size() - sent, MSG_NOSIGNAL);
+        const bool mayGoOn = count >= 0 || errno == EINTR || (errno == EAGAIN && waitFor(POLLOUT));
+        if (!mayGoOn) {
+            return false;
+        }
+        sent += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    posted_.clear();
+    return true;
+}
+
+bool Exchange::receive() {
+    char chunk[4096];
     ssize_t received = -1;
     do {
         if (!waitFor(POLLIN)) {
             return false;
         }
-        received = recv(fd_, bytes, room, 0);
+        received = recv(fd_, chunk, sizeof chunk, 0);
     } while (received < 0 && (errno == EINTR || errno == EAGAIN));
-    count = received > 0 ? static_cast<std::size_t>(received) : 0;
+    if (received > 0) {
+        received_.add(chunk, static_cast<std::size_t>(received));
+    }
     return received > 0;
 }
 
 int Exchange::ask(const char *command, Text &answer) {
+    post(command);
+    return take(answer);
+}
+
+int Exchange::take(Text &answer) {
     answer.clear();
     if (reach_ != Reach::kAnswered) {
         return -1;
     }
-    const std::size_t size = strlen(command) + 1;
-    if (send(fd_, command, size, MSG_NOSIGNAL) != static_cast<ssize_t>(size)) {
+    if (!sendPosted()) {
         return fail();
     }
+    std::size_t looked = taken_;
     for (;;) {
-        char chunk[4096];
-        std::size_t count = 0;
-        if (!receive(chunk, sizeof chunk, count)) {
-            return fail();
+        const std::size_t rest = received_.size() - looked;
+        const std::size_t ending = looked + findEnding(received_.get() + looked, rest);
+        if (ending < received_.size()) {
+            return takeUntil(ending, answer);
         }
         // A marker may have begun in what came before.
-        const std::size_t seen = answer.size() < kEndingBytes ? 0 : answer.size() - kEndingBytes;
-        answer.add(chunk, count);
-        const std::size_t rest = answer.size() - seen;
-        const std::size_t ending = findEnding(answer.get() + seen, rest);
-        if (ending < rest) {
-            const int code = static_cast<uint8_t>(answer.get()[seen + ending + kEndingBytes - 1]);
-            answer.cut(seen + ending);
-            return code;
+        looked += rest < kEndingBytes ? 0 : rest - kEndingBytes;
+        if (!receive()) {
+            return fail();
         }
     }
+}
+
+int Exchange::takeUntil(std::size_t ending, Text &answer) {
+    answer.add(received_.get() + taken_, ending - taken_);
+    taken_ = ending + kEndingBytes;
+    const int code = static_cast<uint8_t>(received_.get()[taken_ - 1]);
+    if (taken_ == received_.size()) {
+        received_.clear();
+        taken_ = 0;
+    }
+    return code;
 }
 
 } // namespace frruci::host

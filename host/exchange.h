@@ -32,14 +32,24 @@ public:
     /// Sends one command; answer gets its text. The completion code, or -1 without a whole answer.
     int ask(const char *command, Text &answer);
 
+    /// The two halves of ask. Commands that are posted leave together when the next answer is
+    /// taken; answers are taken in the order of the commands, one for each.
+    void post(const char *command) { posted_.add(command, strlen(command) + 1); }
+    int take(Text &answer);
+
 private:
     bool waitFor(short events) const;
-    bool receive(char *bytes, std::size_t room, std::size_t &count);
+    bool sendPosted();
+    bool receive();
+    int takeUntil(std::size_t ending, Text &answer);
     int fail();
 
     int fd_;
     unsigned timeoutSeconds_;
     Reach reach_;
+    Text posted_;
+    Text received_;
+    std::size_t taken_ = 0; ///< bytes of what was received
 };
 
 } // namespace frruci::host
