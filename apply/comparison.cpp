@@ -10,7 +10,6 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-#include "apply/rehearsal.h"
 #include "apply/report.h"
 #include "apply/running.h"
 #include "apply/session.h"
@@ -152,10 +151,10 @@ bool Comparison::run() {
     for (int i = 0; i < protocol.targetCount; ++i) {
         parts[i]->ask();
     }
-    if (!rehearse(protocol, hear, this)) {
+    if (!rehearse(protocol, stored, hear, this)) {
         return false;
     }
-    for (int i = 0; i < protocol.targetCount; ++i) {
+    for (int i = 0; i < protocol.targetCount && stored == Switch::On; ++i) {
         parts[i]->compare();
     }
     return true;

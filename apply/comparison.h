@@ -5,6 +5,7 @@
 
 #include "apply/difference.h"
 #include "apply/protocols.h"
+#include "apply/rehearsal.h"
 #include "apply/wanted.h"
 
 namespace frruci::apply {
@@ -52,9 +53,11 @@ public:
 
     /// The parts that the protocol has.
     Part *parts[2] = {&first, &second};
+    Switch stored = Switch::Unsaid;
 
-    /// Asks the daemons, then reads the store: whoever stores before setting is never undone. False
-    /// when the store could not be rehearsed.
+    /// Asks the daemons, then reads the store: whoever stores before setting is never undone.
+    /// Compares nothing when the store does not have the protocol on. False when the store could
+    /// not be rehearsed.
     bool run();
     std::size_t changeCount() const;
     /// Prints lines that no daemon takes; how many.

@@ -85,14 +85,16 @@ void tell(Told what, Target target, const char *where, const char *text) {
 }
 
 /// Every session opens, and every command is accepted, as by a router where nothing is configured
-/// yet.
+/// yet. Networks are refused, which a replay ignores: a model would look for each of them among all
+/// before.
 void see(FrruciEvent *event, void *) {
     static constexpr char kAccepted[] = {0, 0, 0, 0};
+    static constexpr char kRefused[] = {0, 0, 0, 1};
     if (event->kind == FRRUCI_CONNECT) {
         event->fd = fcntl(told, F_DUPFD_CLOEXEC, 0);
         tell(Told::Session, Target::Ospfd, "", event->place);
     } else if (event->kind == FRRUCI_COMMAND) {
-        event->answer = kAccepted;
+        event->answer = host::startsWith(event->text, "network ") ? kRefused : kAccepted;
         event->answer_size = sizeof kAccepted;
         tell(Told::Command, Target::Ospfd, "", event->text);
     }
@@ -171,8 +173,7 @@ void tellNhrp(const Protocol &protocol) {
 
 [[noreturn]] void replay(const Protocol &protocol, int pipe) {
     told = pipe;
-    const FrruciObserver observer = {sizeof observer, 1, see, nullptr};
-    if (library().observe(&observer) != 0 || !library().begin()) {
+    if (!library().begin()) {
         _exit(1);
     }
     if (strcmp(protocol.name, "ospf") == 0) {
@@ -224,30 +225,6 @@ bool hearAll(const char *at, const char *end, void (*hear)(const Word &, void *)
 
 } // namespace
 
-bool rehearse(const Protocol &protocol, void (*hear)(const Word &word, void *context),
-              void *context) {
-    int ends[2];
-    if (pipe2(ends, O_CLOEXEC) != 0) {
-        return false;
-    }
-    (void)fflush(host::out);
-    const pid_t child = fork();
-    if (child == 0) {
-        // So that it ends, with the lock that it was born with, when its parent is killed.
-        (void)close(ends[0]);
-        replay(protocol, ends[1]);
-    }
-    (void)close(ends[1]);
-    std::size_t size = 0;
-    char *all = readAll(ends[0], size);
-    (void)close(ends[0]);
-    int status = 1;
-    const bool ended = child > 0 && waitpid(child, &status, 0) == child && status == 0;
-    const bool heard = ended && hearAll(all, all + size, hear, context);
-    free(all);
-    return heard;
-}
-
 Switch storedSwitch(const Protocol &protocol) {
     char value[kValueBytes];
     if (strcmp(protocol.name, "nhrp") == 0) {
@@ -259,6 +236,63 @@ Switch storedSwitch(const Protocol &protocol) {
         return Switch::Unsaid;
     }
     return strcmp(value, "on") == 0 ? Switch::On : Switch::Off;
+}
+
+namespace {
+
+/// The store's packages stay loaded for as long as this lives, so that the child finds what its
+/// parent has read.
+class Observed {
+public:
+    Observed() {
+        const FrruciObserver observer = {sizeof observer, 1, see, nullptr};
+        isSet = library().observe(&observer) == 0;
+    }
+    ~Observed() { (void)library().observe(nullptr); } // cannot fail
+    Observed(const Observed &) = delete;
+    Observed &operator=(const Observed &) = delete;
+
+    bool isSet;
+};
+
+/// Everything that a child tells; null when it did not come to its end. Released with free.
+char *tellings(const Protocol &protocol, std::size_t &size) {
+    int ends[2];
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        return nullptr;
+    }
+    (void)fflush(host::out);
+    const pid_t child = fork();
+    if (child == 0) {
+        // So that it ends, with the lock that it was born with, when its parent is killed.
+        (void)close(ends[0]);
+        replay(protocol, ends[1]);
+    }
+    (void)close(ends[1]);
+    char *all = readAll(ends[0], size);
+    (void)close(ends[0]);
+    int status = 1;
+    if (child > 0 && waitpid(child, &status, 0) == child && status == 0) {
+        return all;
+    }
+    free(all);
+    return nullptr;
+}
+
+} // namespace
+
+bool rehearse(const Protocol &protocol, Switch &stored,
+              void (*hear)(const Word &word, void *context), void *context) {
+    const Observed observed;
+    stored = storedSwitch(protocol);
+    if (stored != Switch::On) {
+        return true;
+    }
+    std::size_t size = 0;
+    char *all = observed.isSet ? tellings(protocol, size) : nullptr;
+    const bool heard = all != nullptr && hearAll(all, all + size, hear, context);
+    free(all);
+    return heard;
 }
 
 } // namespace frruci::apply

@@ -24,15 +24,16 @@ struct Word {
     const char *text;
 };
 
-/// Replays the protocol's store in a child process and hands on what it tells; texts live until the
-/// function returns. False when the child did not come to its end.
-bool rehearse(const Protocol &protocol, void (*hear)(const Word &word, void *context),
-              void *context);
-
 /// What the store says of a protocol.
 enum class Switch { On, Off, Unsaid };
 
 Switch storedSwitch(const Protocol &protocol);
+
+/// Replays the protocol's store in a child process, when the store has the protocol on, and hands
+/// on what the replay tells; texts live until the function returns. False when the child did not
+/// come to its end.
+bool rehearse(const Protocol &protocol, Switch &stored,
+              void (*hear)(const Word &word, void *context), void *context);
 
 } // namespace frruci::apply
 

@@ -208,6 +208,9 @@ Outcome applyOnce(const Protocol &protocol, bool showKeys,
     if (!comparison.run()) {
         return Outcome::NoStore;
     }
+    if (comparison.stored != Switch::On) {
+        return comparison.stored == Switch::Off ? Outcome::Off : Outcome::Same;
+    }
     Outcome worst = comparison.reportImpossible() > 0 ? Outcome::Refused : Outcome::Same;
     for (int i = 0; i < protocol.targetCount; ++i) {
         Part &part = *comparison.parts[i];

@@ -25,6 +25,7 @@ Sent send(Part &part, bool showKeys);
 /// How it went, from good to bad.
 enum class Outcome : std::uint8_t {
     Same,    ///< nothing to send
+    Off,     ///< the store has the protocol off
     Applied, ///<
     Refused, ///< a part of it
     Lost,    ///< a daemon went away

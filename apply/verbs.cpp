@@ -8,7 +8,6 @@
 #include "apply/comparison.h"
 #include "apply/daemons.h"
 #include "apply/library.h"
-#include "apply/rehearsal.h"
 #include "apply/report.h"
 #include "apply/send.h"
 #include "apply/session.h"
@@ -140,15 +139,14 @@ void putChanges(const Part &part, const Request &request) {
 }
 
 Status diffProtocol(const Protocol &protocol, const Request &request) {
-    const Switch stored = storedSwitch(protocol);
-    if (stored != Switch::On) {
-        return stored == Switch::Off && accepts(protocol.daemon)
-                   ? sayState(protocol, protocol.daemon, true, request)
-                   : host::kAccepted;
-    }
     Comparison comparison(protocol);
     if (!comparison.run()) {
         return cannotRehearse(protocol);
+    }
+    if (comparison.stored != Switch::On) {
+        return comparison.stored == Switch::Off && accepts(protocol.daemon)
+                   ? sayState(protocol, protocol.daemon, true, request)
+                   : host::kAccepted;
     }
     Status status = comparison.changeCount() > 0 ? host::kRefused : host::kAccepted;
     for (int i = 0; i < protocol.targetCount; ++i) {
@@ -177,9 +175,6 @@ void saySwitch(const Protocol &protocol, const char *to, const Request &request)
 }
 
 Status applyOff(const Protocol &protocol, const Request &request) {
-    if (!accepts(protocol.daemon)) {
-        return host::kAccepted;
-    }
     saySwitch(protocol, "off", request);
     if (!request.dryRun) {
         switchOff(protocol);
@@ -187,11 +182,8 @@ Status applyOff(const Protocol &protocol, const Request &request) {
     return host::kAccepted;
 }
 
-/// Starts what is missing. False when it does not come.
+/// False when the daemon does not come.
 bool bringUp(const Protocol &protocol, const Request &request) {
-    if (accepts(protocol.daemon)) {
-        return true;
-    }
     saySwitch(protocol, "on", request);
     if (request.dryRun || switchOn(protocol)) {
         return true;
@@ -216,6 +208,9 @@ Status planProtocol(const Protocol &protocol, const Request &request) {
     if (!comparison.run()) {
         return cannotRehearse(protocol);
     }
+    if (comparison.stored == Switch::Off) {
+        return applyOff(protocol, request);
+    }
     for (int i = 0; i < protocol.targetCount; ++i) {
         if (request.answer != nullptr) {
             putSteps(*comparison.parts[i], request);
@@ -239,11 +234,13 @@ void saySent(const Part &part, const Sent &sent, void *context) {
                   sent.refused, sent.cleared ? kClearedText : "");
 }
 
-Status statusOf(const Protocol &protocol, Outcome outcome) {
+Status statusOf(const Protocol &protocol, Outcome outcome, const Request &request) {
     switch (outcome) {
     case Outcome::Same:
     case Outcome::Applied:
         return host::kAccepted;
+    case Outcome::Off:
+        return applyOff(protocol, request);
     case Outcome::Refused:
         return host::kRefused;
     case Outcome::NoStore:
@@ -255,18 +252,20 @@ Status statusOf(const Protocol &protocol, Outcome outcome) {
 }
 
 Status applyProtocol(const Protocol &protocol, const Request &request) {
-    const Switch stored = storedSwitch(protocol);
-    if (stored != Switch::On) {
-        return stored == Switch::Off ? applyOff(protocol, request) : host::kAccepted;
-    }
-    if (!bringUp(protocol, request)) {
-        return host::kNotUsable;
+    if (!accepts(protocol.daemon)) {
+        if (storedSwitch(protocol) != Switch::On) {
+            return host::kAccepted;
+        }
+        if (!bringUp(protocol, request)) {
+            return host::kNotUsable;
+        }
     }
     if (request.dryRun) {
         return planProtocol(protocol, request);
     }
-    return statusOf(protocol, applyStored(protocol, host::keysAreShown(), saySent,
-                                          const_cast<Request *>(&request)));
+    const Outcome outcome =
+        applyStored(protocol, host::keysAreShown(), saySent, const_cast<Request *>(&request));
+    return statusOf(protocol, outcome, request);
 }
 
 } // namespace

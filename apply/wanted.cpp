@@ -3,6 +3,7 @@
 
 #include "apply/wanted.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -65,6 +66,9 @@ void Replay::command(const char *text) {
         where_ = entersConfiguration(text) ? "" : nullptr;
         return;
     }
+    if (repeats(text)) {
+        return;
+    }
     const Place place = placeOf(target_, where_);
     if (place == Place::Foreign) {
         return;
@@ -72,14 +76,12 @@ void Replay::command(const char *text) {
     Line line;
     const Found found = recognise(target_, place, text, line);
     if (found == Found::Yes) {
-        wanted_.add(where_, line);
-        if ((line.kind->traits & kOpens) != 0) {
-            where_ = (wanted_.end() - 1)->path;
-        }
+        take(text, line);
     } else if (found == Found::Invalid) {
         note(text, line);
     } else if (strncmp(text, "no ", 3) == 0) {
         wanted_.remove(where_, text + 3);
+        opener_.where = line_.where = nullptr; // these may be gone
     } else if (place == Place::Top && strncmp(text, "interface ", 10) == 0) {
         where_ = wanted_.arena().copy(text, strcspn(text, "\r\n"));
     }
@@ -88,6 +90,27 @@ void Replay::command(const char *text) {
 void Replay::command(const char *where, const char *text) {
     where_ = where;
     command(text);
+}
+
+bool Replay::repeats(const char *text) {
+    for (const Taken *taken : {&line_, &opener_}) {
+        if (taken->where != nullptr && strcmp(taken->where, where_) == 0 &&
+            strcmp(taken->text, text) == 0) {
+            where_ = taken->path;
+            return true;
+        }
+    }
+    return false;
+}
+
+void Replay::take(const char *text, const Line &line) {
+    const bool opens = (line.kind->traits & kOpens) != 0;
+    Taken &taken = opens ? opener_ : line_;
+    wanted_.add(where_, line);
+    taken.where = where_;
+    where_ = (wanted_.end() - 1)->path;
+    taken.path = where_;
+    (void)snprintf(taken.text, sizeof taken.text, "%s", text); // a longer one is not found again
 }
 
 void Replay::note(const char *text, const Line &line) {

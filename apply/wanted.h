@@ -35,12 +35,24 @@ public:
     const Impossible *impossible() const { return impossible_; }
 
 private:
+    /// A line that was taken. Replays repeat their way into a context for each line, and many lines
+    /// for their other instance.
+    struct Taken {
+        const char *where = nullptr; ///< null for none
+        char text[kLineBytes];
+        const char *path; ///< of the context that it opened, else where
+    };
+
+    bool repeats(const char *text);
+    void take(const char *text, const Line &line);
     void note(const char *text, const Line &line);
 
     Target target_;
     Settings &wanted_;
     const char *where_ = nullptr; ///< null outside of the configuration
     Impossible *impossible_ = nullptr;
+    Taken opener_; ///< the last ones
+    Taken line_;
 };
 
 /// Settles the wanted settings, without those that the daemon does not show.
