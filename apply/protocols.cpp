@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "apply/session.h"
+#include "host/nhrp_options.h"
 
 namespace frruci::apply {
 
@@ -14,7 +15,7 @@ namespace {
 constexpr Protocol kProtocols[] = {
     {"ospf", "ospf",             "ospfd", {Target::Ospfd},                1},
     {"rip",  "rip",              "ripd",  {Target::Ripd},                 1},
-    {"nhrp", "/etc/config/nhrp", "nhrpd", {Target::Nhrpd, Target::Zebra}, 2},
+    {"nhrp", host::kNhrpPackage, "nhrpd", {Target::Nhrpd, Target::Zebra}, 2},
 };
 
 /// By target.

@@ -13,8 +13,8 @@
 
 #include "apply/library.h"
 #include "apply/memory.h"
-#include "apply/nhrp_options.h"
 #include "frruci/observe.h"
+#include "host/nhrp_options.h"
 #include "host/streams.h"
 #include "host/text.h"
 
@@ -151,23 +151,34 @@ void tellAbsentOspf() {
     tellDefaultRoute();
 }
 
-void tellNhrp(const Protocol &protocol) {
-    char interface[kValueBytes];
-    if (!isStored(protocol.package, kNhrpSection, "interface", interface) ||
-        strcmp(interface, kNhrpOff) == 0) {
-        return;
-    }
-    char where[kLineBytes];
-    (void)snprintf(where, sizeof where, "interface %s", interface);
-    for (const NhrpOption &option : nhrpOptions()) {
+/// An option of NHRP that is stored.
+bool isNhrpStored(const char *option, char (&value)[kValueBytes]) {
+    return isStored(host::kNhrpPackage, host::kNhrpSection, option, value);
+}
+
+bool hasTunnel(char (&name)[kValueBytes]) {
+    return isNhrpStored(host::kNhrpTunnel, name) && !host::equals(name, host::kNhrpOff);
+}
+
+void tellNhrpOption(const host::NhrpOption &option, const char *value, const char *tunnel) {
+    const bool off = host::equals(value, host::kNhrpOff);
+    host::Text line;
+    host::addNhrpLine(line, option, off ? "" : value);
+    tell(off ? Told::Off : Told::Added,
+         option.context == host::NhrpContext::kZebra ? Target::Zebra : Target::Nhrpd,
+         option.context == host::NhrpContext::kGlobal ? "" : tunnel, line.get());
+}
+
+void tellNhrp() {
+    char name[kValueBytes];
+    (void)hasTunnel(name); // the protocol is on
+    host::Text tunnel;
+    tunnel.addf("interface %s", name);
+    for (const host::NhrpOption &option : host::nhrpOptions()) {
         char value[kValueBytes];
-        if (!isStored(protocol.package, kNhrpSection, option.name, value)) {
-            continue;
+        if (isNhrpStored(option.name, value)) {
+            tellNhrpOption(option, value, tunnel.get());
         }
-        char line[kLineBytes];
-        const bool off = strcmp(value, kNhrpOff) == 0;
-        formatNhrpLine(option, off ? "" : value, line);
-        tell(off ? Told::Off : Told::Added, option.target, option.isGlobal ? "" : where, line);
     }
 }
 
@@ -182,7 +193,7 @@ void tellNhrp(const Protocol &protocol) {
     } else if (strcmp(protocol.name, "rip") == 0) {
         library().replayRip();
     } else {
-        tellNhrp(protocol);
+        tellNhrp();
     }
     tell(Told::End, Target::Ospfd, "", "");
     tellPieces();
@@ -228,9 +239,7 @@ bool hearAll(const char *at, const char *end, void (*hear)(const Word &, void *)
 Switch storedSwitch(const Protocol &protocol) {
     char value[kValueBytes];
     if (strcmp(protocol.name, "nhrp") == 0) {
-        const bool isRecorded = isStored(protocol.package, kNhrpSection, "interface", value) &&
-                                strcmp(value, kNhrpOff) != 0;
-        return isRecorded ? Switch::On : Switch::Unsaid;
+        return hasTunnel(value) ? Switch::On : Switch::Unsaid;
     }
     if (!isStored(protocol.package, "global", "status", value)) {
         return Switch::Unsaid;

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "host/library.h"
+#include "host/nhrp_options.h"
 #include "host/replay.h"
 #include "host/text.h"
 
@@ -12,36 +13,9 @@ namespace frruci::host {
 
 namespace {
 
-constexpr const char *kPackage = "/etc/config/nhrp";
-constexpr const char *kSection = "sdwan";
 constexpr uint16_t kValueBytes = 64;
 constexpr uint16_t kVrf = 0;
 constexpr unsigned kStartPauseSeconds = 1;
-
-enum class Context { kTunnel, kZebra, kGlobal };
-
-/// An option and its command; the value follows the command unless the option is a flag.
-struct Option {
-    const char *name;
-    const char *command;
-    Context context;
-    bool isFlag;
-};
-
-constexpr Option kOptions[] = {
-    {"no_link_detect",        "no link-detect",                 Context::kZebra,  true },
-    {"zebra_address",         "ip address",                     Context::kZebra,  false},
-    {"ipsec_profile",         "tunnel protection vici profile", Context::kTunnel, false},
-    {"ipsec_source",          "tunnel source",                  Context::kTunnel, false},
-    {"network_id",            "ip nhrp network-id",             Context::kTunnel, false},
-    {"shortcut",              "ip nhrp shortcut",               Context::kTunnel, true },
-    {"redirect",              "ip nhrp redirect",               Context::kTunnel, true },
-    {"registration_nounique", "ip nhrp registration no-unique", Context::kTunnel, true },
-    {"nhs_nbma",              "ip nhrp nhs dynamic nbma",       Context::kTunnel, false},
-    {"map_multicast",         "ip nhrp map multicast",          Context::kTunnel, false},
-    {"nflog_group",           "nhrp nflog-group",               Context::kGlobal, false},
-    {"multicast_nflog_group", "nhrp multicast-nflog-group",     Context::kGlobal, false},
-};
 
 using GetOption = int32_t(const char *, const char *, const char *, char *, uint16_t);
 using ForInterface = uint32_t(uint16_t, const char *, const char *);
@@ -66,13 +40,13 @@ struct Calls {
 
 /// False for an option that is missing, empty, or "0".
 bool isSet(const Calls &calls, const char *option, char (&value)[kValueBytes]) {
-    return calls.get(kPackage, kSection, option, value, kValueBytes) == 0 && *value != '\0' &&
-           !equals(value, "0");
+    return calls.get(kNhrpPackage, kNhrpSection, option, value, kValueBytes) == 0 &&
+           *value != '\0' && !equals(value, kNhrpOff);
 }
 
 bool isAnythingSet(const Calls &calls) {
     char value[kValueBytes];
-    for (const Option &option : kOptions) {
+    for (const NhrpOption &option : nhrpOptions()) {
         if (isSet(calls, option.name, value)) {
             return true;
         }
@@ -89,21 +63,18 @@ void startDaemons(const Calls &calls) {
     }
 }
 
-void deliver(const Calls &calls, const char *tunnel, const Option &option, const char *value) {
+void deliver(const Calls &calls, const char *tunnel, const NhrpOption &option, const char *value) {
     Text command;
-    command.add(option.command);
-    if (!option.isFlag) {
-        command.addf(" %s", value);
-    }
+    addNhrpLine(command, option, value);
     // Results are seen on their way.
     switch (option.context) {
-    case Context::kTunnel:
+    case NhrpContext::kTunnel:
         (void)calls.toTunnel(kVrf, tunnel, command.get());
         break;
-    case Context::kZebra:
+    case NhrpContext::kZebra:
         (void)calls.toZebra(kVrf, tunnel, command.get());
         break;
-    case Context::kGlobal:
+    case NhrpContext::kGlobal:
         (void)calls.toNhrp(kVrf, command.get());
         break;
     }
@@ -117,11 +88,11 @@ bool replayNhrp() {
         return false;
     }
     char tunnel[kValueBytes];
-    if (!isSet(calls, "interface", tunnel) || !isAnythingSet(calls)) {
+    if (!isSet(calls, kNhrpTunnel, tunnel) || !isAnythingSet(calls)) {
         return true;
     }
     startDaemons(calls);
-    for (const Option &option : kOptions) {
+    for (const NhrpOption &option : nhrpOptions()) {
         char value[kValueBytes];
         if (isSet(calls, option.name, value)) {
             deliver(calls, tunnel, option, value);
