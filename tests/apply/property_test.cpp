@@ -13,10 +13,18 @@ using namespace program;
 
 constexpr unsigned kSeed = 20000;
 
-/// FRRUCI_APPLY_PAIRS asks for more.
-unsigned pairs() {
-    const char *wanted = std::getenv("FRRUCI_APPLY_PAIRS");
-    return wanted == nullptr ? 30 : static_cast<unsigned>(std::atoi(wanted));
+unsigned number(const char *variable, unsigned otherwise) {
+    const char *wanted = std::getenv(variable);
+    return wanted == nullptr ? otherwise : static_cast<unsigned>(std::atoi(wanted));
+}
+
+/// FRRUCI_APPLY_PAIRS asks for more, FRRUCI_APPLY_FIRST for others.
+unsigned firstPair() {
+    return number("FRRUCI_APPLY_FIRST", 0);
+}
+
+unsigned endOfPairs() {
+    return firstPair() + number("FRRUCI_APPLY_PAIRS", 30);
 }
 
 class Property : public testing::Test {
@@ -50,7 +58,7 @@ protected:
 
 TEST_F(Property, Ospf) {
     start({"zebra", "ospfd"});
-    for (unsigned i = 0; i < pairs(); ++i) {
+    for (unsigned i = firstPair(); i < endOfPairs(); ++i) {
         SCOPED_TRACE("pair " + std::to_string(i));
         write("ospf", stores::ospf(kSeed + 2 * i));
         applied("ospf");
@@ -69,7 +77,7 @@ TEST_F(Property, Ospf) {
 
 TEST_F(Property, Rip) {
     start({"zebra", "ripd"});
-    for (unsigned i = 0; i < pairs(); ++i) {
+    for (unsigned i = firstPair(); i < endOfPairs(); ++i) {
         SCOPED_TRACE("pair " + std::to_string(i));
         write("rip", stores::rip(kSeed + 2 * i));
         applied("rip");
@@ -131,7 +139,7 @@ TEST_F(Property, Nhrp) {
     const auto nhrpd = running("nhrpd");
     const auto zebra = running("zebra");
     NhrpModel model;
-    for (unsigned i = 0; i < 2 * pairs(); ++i) {
+    for (unsigned i = 2 * firstPair(); i < 2 * endOfPairs(); ++i) {
         SCOPED_TRACE("store " + std::to_string(i));
         const auto values = stores::nhrpValues(kSeed + i);
         write("nhrp", stores::nhrp(values));
