@@ -9,6 +9,7 @@
 #include <ctime>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -51,13 +52,17 @@ Reach reachOf(int error) {
 } // namespace
 
 Exchange::Exchange(const char *daemon, unsigned timeoutSeconds)
-    : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0)),
-      timeoutSeconds_(timeoutSeconds) {
+    : fd_(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0)), timeoutSeconds_(timeoutSeconds) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     (void)snprintf(address.sun_path, sizeof address.sun_path, "/var/%s.vty", daemon);
-    // A daemon's queue that is full refuses a socket that does not wait; nobody listens on it.
-    const int result = connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    // A daemon's queue is short: others are waited for.
+    const timeval patience = {static_cast<time_t>(timeoutSeconds), 0};
+    (void)setsockopt(fd_, SOL_SOCKET, SO_SNDTIMEO, &patience, sizeof patience); // else it waits on
+    int result = -1;
+    do {
+        result = connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
+    } while (result != 0 && errno == EINTR);
     reach_ = reachOf(result == 0 ? 0 : errno);
 }
 
