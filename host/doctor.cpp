@@ -15,10 +15,6 @@ namespace {
 
 constexpr const char *kLevels[] = {"ok", "warning", "fault"};
 
-const char *nameOf(Level level) {
-    return kLevels[static_cast<int>(level)];
-}
-
 void printFindings(const Findings &findings) {
     for (const Finding &finding : findings) {
         (void)fprintf(out, "%-8s %-14s %s\n", nameOf(finding.level), finding.what, finding.text);
@@ -39,6 +35,22 @@ void printFindingsJson(const Findings &findings) {
 
 } // namespace
 
+const char *nameOf(Level level) {
+    return kLevels[static_cast<int>(level)];
+}
+
+void examine(Findings &findings) {
+    examineDaemons(findings);
+    examineRouter(findings);
+}
+
+void release(Findings &findings) {
+    for (const Finding &finding : findings) {
+        free(finding.text);
+    }
+    findings.release();
+}
+
 void add(Findings &findings, Level level, const char *what, const char *format, ...) {
     char *text = nullptr;
     va_list arguments;
@@ -53,8 +65,7 @@ Status doctor(int count, char ** /*words*/) {
         return wrongUsage("doctor takes no words");
     }
     Findings findings;
-    examineDaemons(findings);
-    examineRouter(findings);
+    examine(findings);
     if (wantsJson()) {
         printFindingsJson(findings);
     } else {
@@ -63,9 +74,8 @@ Status doctor(int count, char ** /*words*/) {
     Status status = kAccepted;
     for (const Finding &finding : findings) {
         status = finding.level == Level::kFault ? kNotUsable : status;
-        free(finding.text);
     }
-    findings.release();
+    release(findings);
     return status;
 }
 

@@ -28,6 +28,12 @@ void examineDaemons(Findings &findings);
 /// Programs, folders, files and settings of the router.
 void examineRouter(Findings &findings);
 
+const char *nameOf(Level level);
+
+/// Everything that is looked at, for release.
+void examine(Findings &findings);
+void release(Findings &findings);
+
 /// One line for each thing looked at. kAccepted without faults, else kNotUsable.
 Status doctor(int count, char **words);
 

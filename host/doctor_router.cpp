@@ -8,8 +8,10 @@
 #include <sys/statvfs.h>
 #include <unistd.h>
 
+#include "host/daemons.h"
 #include "host/doctor.h"
 #include "host/handlers.h"
+#include "host/interfaces.h"
 #include "host/lock.h"
 
 namespace frruci::host {
@@ -19,21 +21,6 @@ namespace {
 constexpr const char *kConfigFolder = "/etc/config";
 constexpr unsigned long long kLeastFree = 64ULL * 1024;
 constexpr off_t kLongLog = 512L * 1024;
-
-bool isInstalled(const char *program) {
-    const char *path = getenv("PATH");
-    for (const char *at = path == nullptr ? "/usr/sbin:/usr/bin:/sbin:/bin" : path; *at != '\0';) {
-        const std::size_t length = strcspn(at, ":");
-        Text full;
-        full.add(at, length);
-        full.addf("/%s", program);
-        if (access(full.get(), X_OK) == 0) {
-            return true;
-        }
-        at += length + (at[length] == ':' ? 1 : 0);
-    }
-    return false;
-}
 
 /// A program that the library runs, and what happens without it.
 struct Tool {
@@ -75,16 +62,6 @@ void examineModules(Findings &findings) {
                 "%s is missing: every VLAN counts as WAN; install frruci-vlan", module);
         }
     }
-}
-
-/// "eth0.2": a VLAN of a port, which is how the library tells LAN from WAN.
-bool isVlanOfPort(const char *name) {
-    constexpr const char *kDigits = "0123456789";
-    const char *port = name + 3;
-    const std::size_t portDigits = startsWith(name, "eth") ? strspn(port, kDigits) : 0;
-    const char *dot = port + portDigits;
-    const std::size_t vlanDigits = portDigits > 0 && *dot == '.' ? strspn(dot + 1, kDigits) : 0;
-    return vlanDigits > 0 && dot[1 + vlanDigits] == '\0';
 }
 
 void examineNames(const char *package, Findings &findings) {
