@@ -10,7 +10,6 @@
 #include <unistd.h>
 
 #include "host/json.h"
-#include "host/judge.h"
 #include "host/library.h"
 #include "host/lock.h"
 #include "host/plan.h"
@@ -116,18 +115,18 @@ Json wordsOf(const Handler &handler, int count, char **words) {
     return array;
 }
 
-void print(const Handler &handler, int count, char **words, const Text &reply,
-           const Judgement &judgement, Status status) {
-    if (wantsJson()) {
-        Json answer = jsonObject();
-        put(answer, "handler", handler.name);
-        put(answer, "words", wordsOf(handler, count, words));
-        put(answer, "reply", reply.get());
-        putJudgement(answer, judgement, status);
-        return printJson(answer);
-    }
-    (void)fwrite(reply.get(), 1, reply.size(), out);
-    if (handler.ending != Ending::kRows && reply.size() > 0) {
+void printJsonOf(const Called &called) {
+    Json answer = jsonObject();
+    put(answer, "handler", called.handler.name);
+    put(answer, "words", wordsOf(called.handler, called.count, called.words));
+    put(answer, "reply", called.reply.get());
+    putJudgement(answer, called.judgement, called.status);
+    printJson(answer);
+}
+
+void printReply(const Called &called) {
+    (void)fwrite(called.reply.get(), 1, called.reply.size(), out);
+    if (called.handler.ending != Ending::kRows && called.reply.size() > 0) {
         (void)fputc('\n', out);
     }
     (void)fflush(out);
@@ -135,7 +134,13 @@ void print(const Handler &handler, int count, char **words, const Text &reply,
 
 } // namespace
 
-Status callHandler(const Handler &handler, int count, char **words) {
+void printCalled(const Called &called, void * /*context*/) {
+    (wantsJson() ? printJsonOf : printReply)(called);
+    called.judgement.tell();
+}
+
+Status callHandler(const Handler &handler, int count, char **words,
+                   void (*hear)(const Called &called, void *context), void *context) {
     void *function = find(handler.name);
     const ReplyPipe pipe(handler.pipe);
     if (function == nullptr || !pipe.isOpen()) {
@@ -150,8 +155,7 @@ Status callHandler(const Handler &handler, int count, char **words) {
     const Judgement judgement(traffic(), Scene::kRequest);
     const bool answered = isAnswered(handler, reply);
     const Status status = statusOf(handler, answered, reply, judgement);
-    print(handler, count, words, reply, judgement, status);
-    judgement.tell();
+    hear({handler, count, words, reply, judgement, status}, context);
     return status;
 }
 

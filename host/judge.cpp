@@ -12,6 +12,7 @@ namespace frruci::host {
 
 namespace {
 
+constexpr int kWarned = 1;      // the completion code for what was done and is worth a word
 constexpr int kUnknown = 2;     // the completion code for what a daemon does not know
 constexpr int kImpossible = 13; // and for what it knows and cannot do
 
@@ -19,7 +20,7 @@ constexpr int kImpossible = 13; // and for what it knows and cannot do
 /// anything.
 struct Harmless {
     const char *command;
-    const char *why;
+    const char *why; ///< null where it is no refusal at all
     int code;
     bool onlyInReplay;
 };
@@ -29,6 +30,7 @@ constexpr const char *kNoSummary = "ripd does not know it";
 constexpr const char *kNoOption = "the store has no value for it";
 
 constexpr Harmless kHarmless[] = {
+    {"show ip nhrp cache json",                      nullptr,    kWarned,     false}, // it is empty
     {"no key chain app_rip_*",                       kNoChain,   kImpossible, false},
     {"autosummary",                                  kNoSummary, kUnknown,    false},
     {"no autosummary",                               kNoSummary, kUnknown,    false},
@@ -57,11 +59,11 @@ bool matches(const char *pattern, const char *text) {
            equals(text + size - endSize, end);
 }
 
-const char *harmlessReason(const Command &command, Scene scene) {
+const Harmless *findHarmless(const Command &command, Scene scene) {
     for (const Harmless &row : kHarmless) {
         if (row.code == command.code && matches(row.command, command.text) &&
             (scene == Scene::kReplay || !row.onlyInReplay)) {
-            return row.why;
+            return &row;
         }
     }
     return nullptr;
@@ -96,15 +98,21 @@ const Command *decisive(const Step &step) {
     return step.commands == nullptr || step.commands->isEmpty() ? nullptr : &step.commands->last();
 }
 
-void addPlace(const Step &step, Text &text) {
+void addContext(const Step &step, Text &text) {
     const List<Command> &commands = *step.commands;
     // The first two only lead into the configuration.
     for (std::size_t i = 2; i + 1 < commands.count(); ++i) {
+        text.add(i > 2 ? ": " : "");
         addMasked(commands[i].text, text);
-        text.add(": ");
     }
-    if (!commands.isEmpty()) {
-        addMasked(commands[commands.count() - 1].text, text);
+}
+
+void addPlace(const Step &step, Text &text) {
+    addContext(step, text);
+    const Command *last = decisive(step);
+    if (last != nullptr) {
+        text.add(step.commands->count() > 3 ? ": " : "");
+        addMasked(last->text, text);
     }
 }
 
@@ -144,8 +152,12 @@ Outcome Judgement::judgeSession(const Step &step, const char *&why) const {
     if (scene_ == Scene::kNhrpReplay && strstr(last->answer, "exists already") != nullptr) {
         return Outcome::kAccepted;
     }
-    why = harmlessReason(*last, scene_);
-    return why != nullptr ? Outcome::kNoted : Outcome::kRefused;
+    const Harmless *harmless = findHarmless(*last, scene_);
+    if (harmless == nullptr) {
+        return Outcome::kRefused;
+    }
+    why = harmless->why;
+    return why != nullptr ? Outcome::kNoted : Outcome::kAccepted;
 }
 
 Verdict Judgement::judge(const Step &step) const {
@@ -185,23 +197,24 @@ Status Judgement::status() const {
     return status;
 }
 
-namespace {
-
-/// The daemon's own words, in one line.
 void addAnswer(const Command &command, Text &text) {
     Text masked;
     addMasked(command.answer, masked);
+    const char *between = "";
     const char *at = masked.get();
     while (*(at += strspn(at, "\r\n ")) != '\0') {
         const std::size_t length = strcspn(at, "\r\n");
-        text.add(" ");
+        text.add(between);
         text.add(at, length);
         at += length;
+        between = " ";
     }
     if (*command.answer == '\0') {
-        text.addf(" code %d", command.code);
+        text.addf("code %d", command.code);
     }
 }
+
+namespace {
 
 void addLine(const Verdict &verdict, Text &text) {
     const Step &step = *verdict.step;
@@ -222,12 +235,21 @@ void addLine(const Verdict &verdict, Text &text) {
     default:
         text.add(" refused \"");
         addPlace(step, text);
-        text.add("\":");
+        text.add("\": ");
         return addAnswer(step.commands->last(), text);
     }
 }
 
 } // namespace
+
+void addTold(const Verdict &verdict, Text &text) {
+    const bool noted = verdict.outcome == Outcome::kNoted;
+    text.add(noted ? "note: " : "");
+    addLine(verdict, text);
+    if (noted) {
+        text.addf(" (%s)", verdict.why);
+    }
+}
 
 void Judgement::tell() const {
     Text told;
@@ -236,12 +258,7 @@ void Judgement::tell() const {
             continue;
         }
         Text line;
-        const bool noted = verdict.outcome == Outcome::kNoted;
-        line.add(noted ? "note: " : "");
-        addLine(verdict, line);
-        if (noted) {
-            line.addf(" (%s)", verdict.why);
-        }
+        addTold(verdict, line);
         line.add("\n");
         if (strstr(told.get(), line.get()) == nullptr) { // once, though sent for both instances
             told.add(line.get());

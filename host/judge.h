@@ -64,6 +64,15 @@ const Command *decisive(const Step &step);
 /// "interface eth1.2: ip ospf cost 5": where the decisive command was sent, and the command.
 void addPlace(const Step &step, Text &text);
 
+/// Where the decisive command was sent, without the command: "interface eth1.2".
+void addContext(const Step &step, Text &text);
+
+/// The daemon's own words in one line; its code where it said nothing.
+void addAnswer(const Command &command, Text &text);
+
+/// A verdict as a line for people: a note with its reason, a refusal, or what else went wrong.
+void addTold(const Verdict &verdict, Text &text);
+
 const char *nameOf(Outcome outcome);
 
 } // namespace frruci::host

@@ -94,7 +94,9 @@ Status callVerb(int count, char **given) {
     if (handler == nullptr) {
         return status;
     }
-    return prepare() ? callHandler(*handler, words.count() - 1, words.get() + 1) : kNotUsable;
+    return prepare()
+               ? callHandler(*handler, words.count() - 1, words.get() + 1, printCalled, nullptr)
+               : kNotUsable;
 }
 
 /// A request as one context for a child process.

@@ -247,6 +247,22 @@ TEST_F(Road, NhrpAnswersFailWhenTheDaemonRefuses) {
     EXPECT_EQ(outcome.output, "fail\n");
 }
 
+/// For a cache without entries nhrpd has a code of its own.
+TEST_F(Road, AnEmptyNhrpCacheIsNoRefusal) {
+    const Words show = {"call", "process_nhrp_show", "x", "ip", "nhrp", "cache"};
+    stage_.answer("nhrpd", "show ip nhrp cache json",
+                  {.code = 1, .text = "{ \"attr\":{ \"entriesCount\":0 }, \"table\":[ ] }\n"});
+    const Outcome empty = frruci(show);
+    EXPECT_EQ(empty.status, 0);
+    EXPECT_EQ(empty.output, "{\"attr\":{\"entriesCount\":0},\"table\":[]}\n");
+    EXPECT_EQ(empty.errors, "");
+    stage_.answer("nhrpd", "show ip nhrp cache json", {.code = 2, .text = "% Unknown command\n"});
+    const Outcome refused = frruci(show);
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_EQ(refused.errors,
+              "frruci: nhrpd refused \"show ip nhrp cache json\": % Unknown command\n");
+}
+
 // ---- plan ----
 
 TEST_F(Road, APlanShowsTheSessionsAndSendsNothing) {
