@@ -10,6 +10,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include "apply/refusals.h"
 #include "apply/report.h"
 #include "apply/running.h"
 #include "apply/session.h"
@@ -172,7 +173,9 @@ int Comparison::reportImpossible() const {
     int count = 0;
     for (int i = 0; i < protocol.targetCount; ++i) {
         for (const Impossible *at = parts[i]->replay.impossible(); at != nullptr; at = at->next) {
-            report("no daemon takes: %s: %s", at->where, at->text);
+            if (noteRefusal({parts[i]->holder, at->where, at->text, kImpossible})) {
+                report("no daemon takes: %s: %s", at->where, at->text);
+            }
             ++count;
         }
     }

@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <unistd.h>
 
+#include "apply/refusals.h"
 #include "apply/report.h"
 #include "apply/session.h"
 #include "host/streams.h"
@@ -27,11 +28,11 @@ constexpr std::size_t kProgressSteps = 50;
 // A daemon works on so many in a few milliseconds.
 constexpr std::size_t kMostAtOnce = 64;
 
-/// A daemon's text as one line, without the sign that it puts in front. It may repeat the command.
+/// A daemon's text as one line. It may repeat the command.
 void formatReason(const char *text, const char *secret, char (&line)[kLineBytes]) {
     const std::size_t hidden = strlen(secret);
     std::size_t count = 0;
-    text += strspn(text, "% \r\n");
+    text += strspn(text, " \r\n");
     while (*text != '\0' && count + strlen(kMask) + 1 < sizeof line) {
         if (hidden > 0 && strncmp(text, secret, hidden) == 0) {
             count += static_cast<std::size_t>(snprintf(line + count, sizeof line - count, kMask));
@@ -154,11 +155,19 @@ private:
         ++sent_.refused;
         char text[kLineBytes];
         char reason[kLineBytes];
-        const bool isMasked = strcmp(maskedText(step, showKeys_, text), step.text) != 0;
-        formatReason(session_.text(), isMasked ? strrchr(step.text, ' ') + 1 : "", reason);
+        const bool isSecret = strcmp(maskedText(step, false, text), step.text) != 0;
         const bool isInContext = step.does != Step::Does::Enter && depth_ > 0;
-        report("%s refuses: %s%s%s: %s", part_.holder, isInContext ? context_ : "",
-               isInContext ? ": " : "", text, reason);
+        const char *context = isInContext ? context_ : "";
+        formatReason(session_.text(), isSecret ? strrchr(step.text, ' ') + 1 : "", reason);
+        const bool isSaid = noteRefusal({part_.holder, context, text, reason});
+        if (showKeys_) {
+            (void)maskedText(step, true, text);
+            formatReason(session_.text(), "", reason);
+        }
+        if (isSaid) { // without the sign that a daemon puts in front
+            report("%s refuses: %s%s%s: %s", part_.holder, context, isInContext ? ": " : "", text,
+                   reason + strspn(reason, "% "));
+        }
     }
 
     void end() {
@@ -218,6 +227,7 @@ Outcome applyOnce(const Protocol &protocol, bool showKeys,
             continue;
         }
         const Sent sent = send(part, showKeys);
+        noteChanges(part.target, part.changes.count);
         early = early || sent.early;
         hear(part, sent, context);
         const Outcome outcome = !sent.answered                   ? Outcome::Lost
@@ -233,10 +243,12 @@ Outcome applyOnce(const Protocol &protocol, bool showKeys,
 Outcome applyStored(const Protocol &protocol, bool showKeys,
                     void (*hear)(const Part &part, const Sent &sent, void *context),
                     void *context) {
+    beginNotes(protocol);
     for (int i = 1;; ++i) {
         bool early = false;
         const Outcome outcome = applyOnce(protocol, showKeys, hear, context, early);
         if (!early || i == kEarlyTries) {
+            endNotes(outcome);
             return outcome;
         }
         (void)poll(nullptr, 0, kEarlyPauseMs);

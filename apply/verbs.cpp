@@ -4,10 +4,13 @@
 #include "apply/verbs.h"
 
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include "apply/comparison.h"
 #include "apply/daemons.h"
 #include "apply/library.h"
+#include "apply/refusals.h"
 #include "apply/report.h"
 #include "apply/send.h"
 #include "apply/session.h"
@@ -29,7 +32,10 @@ struct Request {
     bool dryRun = false;
     const Protocol *protocols[kMostProtocols] = {};
     int count = 0;
-    Json answer = nullptr; ///< an array; null for people
+    Json answer = nullptr;   ///< an array; null for people
+    HearLine hear = nullptr; ///< of the lines of diff, for people
+    void *context = nullptr;
+    std::size_t differences = 0;
 
     bool names(const Protocol &protocol) const {
         for (int i = 0; i < count; ++i) {
@@ -77,21 +83,34 @@ Status cannotRehearse(const Protocol &protocol) {
     return host::kNotUsable;
 }
 
-/// For each protocol of the verb in turn; the worst result.
-Status forEach(int count, char **words, bool mayBeDry,
-               Status (*run)(const Protocol &, const Request &)) {
-    Request request;
+/// Reads the words and readies the library; false with the status otherwise.
+bool isReady(Request &request, int count, char **words, bool mayBeDry, Status &status) {
+    status = host::kWrongUsage;
     if (!readWords(count, words, mayBeDry, request)) {
-        return host::kWrongUsage;
+        return false;
     }
-    if (!ready()) {
-        return host::kNotUsable;
-    }
-    request.answer = host::wantsJson() ? host::jsonArray() : nullptr;
+    status = host::kNotUsable;
+    return ready();
+}
+
+/// For each protocol of the request in turn; the worst result.
+Status forEach(Request &request, Status (*run)(const Protocol &, Request &)) {
     Status status = host::kAccepted;
     for (int i = 0; i < request.count; ++i) {
         status = host::worse(status, run(*request.protocols[i], request));
     }
+    return status;
+}
+
+/// The same for the command line.
+Status forVerb(Request &request, int count, char **words, bool mayBeDry,
+               Status (*run)(const Protocol &, Request &)) {
+    Status status = host::kAccepted;
+    if (!isReady(request, count, words, mayBeDry, status)) {
+        return status;
+    }
+    request.answer = host::wantsJson() ? host::jsonArray() : nullptr;
+    status = forEach(request, run);
     if (request.answer != nullptr) {
         host::printJson(request.answer);
     }
@@ -109,16 +128,37 @@ Json item(const Request &request, const char *key, const char *text) {
 // ---- diff ----
 
 /// Says that a daemon runs or not, where the store has it otherwise.
-Status sayState(const Protocol &protocol, const char *daemon, bool runs, const Request &request) {
+Status sayState(const Protocol &protocol, const char *daemon, bool runs, Request &request) {
+    ++request.differences;
     if (request.answer != nullptr) {
         host::put(item(request, "daemon", daemon), "stored", runs ? "off" : "on");
-    } else if (runs) {
-        (void)fprintf(host::out, "-%s runs, and %s is off in the store\n", daemon, protocol.name);
-    } else {
-        (void)fprintf(host::out, "+%s does not answer, and %s is on in the store\n", daemon,
-                      protocol.name);
+        return host::kRefused;
     }
+    host::Text line;
+    line.addf(runs ? "-%s runs, and %s is off in the store"
+                   : "+%s does not answer, and %s is on in the store",
+              daemon, protocol.name);
+    request.hear(daemon, line.get(), request.context);
     return host::kRefused;
+}
+
+/// The part's lines, one after the other.
+void sayChanges(const Part &part, const Request &request) {
+    char *text = nullptr;
+    std::size_t size = 0;
+    FILE *memory = open_memstream(&text, &size);
+    if (memory == nullptr) {
+        return report("no room for the difference");
+    }
+    printChanges(memory, part.changes, host::keysAreShown());
+    (void)fclose(memory); // lacks memory only
+    char *rest = text;
+    for (char *line = nullptr; (line = strsep(&rest, "\n")) != nullptr;) {
+        if (*line != '\0') {
+            request.hear(part.holder, line, request.context);
+        }
+    }
+    free(text);
 }
 
 void putText(Json object, const char *key, const Setting *setting) {
@@ -138,7 +178,7 @@ void putChanges(const Part &part, const Request &request) {
     }
 }
 
-Status diffProtocol(const Protocol &protocol, const Request &request) {
+Status diffProtocol(const Protocol &protocol, Request &request) {
     Comparison comparison(protocol);
     if (!comparison.run()) {
         return cannotRehearse(protocol);
@@ -148,6 +188,7 @@ Status diffProtocol(const Protocol &protocol, const Request &request) {
                    ? sayState(protocol, protocol.daemon, true, request)
                    : host::kAccepted;
     }
+    request.differences += comparison.changeCount();
     Status status = comparison.changeCount() > 0 ? host::kRefused : host::kAccepted;
     for (int i = 0; i < protocol.targetCount; ++i) {
         const Part &part = *comparison.parts[i];
@@ -157,7 +198,7 @@ Status diffProtocol(const Protocol &protocol, const Request &request) {
         if (request.answer != nullptr) {
             putChanges(part, request);
         } else {
-            printChanges(host::out, part.changes, host::keysAreShown());
+            sayChanges(part, request);
         }
     }
     return comparison.reportImpossible() > 0 ? host::kRefused : status;
@@ -251,9 +292,12 @@ Status statusOf(const Protocol &protocol, Outcome outcome, const Request &reques
     return host::kNoAnswer;
 }
 
-Status applyProtocol(const Protocol &protocol, const Request &request) {
+Status applyProtocol(const Protocol &protocol, Request &request) {
     if (!accepts(protocol.daemon)) {
         if (storedSwitch(protocol) != Switch::On) {
+            if (!request.dryRun) {
+                noteOff(protocol);
+            }
             return host::kAccepted;
         }
         if (!bringUp(protocol, request)) {
@@ -263,19 +307,44 @@ Status applyProtocol(const Protocol &protocol, const Request &request) {
     if (request.dryRun) {
         return planProtocol(protocol, request);
     }
-    const Outcome outcome =
-        applyStored(protocol, host::keysAreShown(), saySent, const_cast<Request *>(&request));
+    const Outcome outcome = applyStored(protocol, host::keysAreShown(), saySent, &request);
     return statusOf(protocol, outcome, request);
 }
 
 } // namespace
 
 Status diffVerb(int count, char **words) {
-    return forEach(count, words, false, diffProtocol);
+    Request request;
+    request.hear = [](const char *, const char *line, void *) {
+        (void)fprintf(host::out, "%s\n", line);
+    };
+    return forVerb(request, count, words, false, diffProtocol);
+}
+
+Status diffLines(int count, char **names, HearLine hear, void *context, std::size_t &differences) {
+    Request request;
+    request.hear = hear;
+    request.context = context;
+    Status status = host::kAccepted;
+    if (isReady(request, count, names, false, status)) {
+        status = forEach(request, diffProtocol);
+    }
+    differences = request.differences;
+    return status;
 }
 
 Status applyVerb(int count, char **words) {
-    return forEach(count, words, true, applyProtocol);
+    Request request;
+    const Status status = forVerb(request, count, words, true, applyProtocol);
+    saveNotes();
+    return status;
+}
+
+Status applyStores(int count, char **names) {
+    Request request;
+    request.answer = host::jsonArray(); // what people are told is not asked for
+    Status status = host::kAccepted;
+    return isReady(request, count, names, false, status) ? forEach(request, applyProtocol) : status;
 }
 
 } // namespace frruci::apply

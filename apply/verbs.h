@@ -3,9 +3,22 @@
 #ifndef FRRUCI_APPLY_VERBS_H
 #define FRRUCI_APPLY_VERBS_H
 
+#include <cstddef>
+
 #include "host/status.h"
 
 namespace frruci::apply {
+
+/// Hears of a line as diff prints it: its sign, and its text as deep as it stands.
+using HearLine = void (*)(const char *daemon, const char *line, void *context);
+
+/// What differs from the store, of the protocols of these names or of all without any; how many
+/// settings and daemons that is. The status of diff.
+host::Status diffLines(int count, char **names, HearLine hear, void *context,
+                       std::size_t &differences);
+
+/// Applies the stores of these protocols, or of all. The status of apply; refusals.h has the rest.
+host::Status applyStores(int count, char **names);
 
 /// What differs between the store and the daemons: [ospf|rip|nhrp...]. kAccepted when nothing does,
 /// kRefused when something does.

@@ -11,6 +11,7 @@
 
 #include "apply/daemons.h"
 #include "apply/library.h"
+#include "apply/refusals.h"
 #include "apply/rehearsal.h"
 #include "apply/report.h"
 #include "apply/send.h"
@@ -233,6 +234,8 @@ private:
         const bool wasOn = kept.wasOn;
         kept.wasOn = stored == Switch::On;
         if (stored != Switch::On) {
+            noteOff(protocol);
+            saveNotes();
             // One that was never on here may be somebody else's.
             if (stored == Switch::Off && wasOn && accepts(protocol.daemon)) {
                 report("%s: switched off", protocol.name);
@@ -249,6 +252,7 @@ private:
             (void)startAnew(protocol); // whether it came is seen next
         }
         const Outcome outcome = applyStored(protocol, false, logSent, nullptr);
+        saveNotes();
         if (outcome > Outcome::Refused) {
             mark(p, kAgainMs);
         }

@@ -67,7 +67,11 @@ bool readyFolder() {
     return usable;
 }
 
-Lock::Lock() : fd_(open(kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600)) {
+Lock::Lock() : fd_(-1) {
+    if (!readyFolder()) {
+        return;
+    }
+    fd_ = open(kLock, O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, 0600);
     if (fd_ < 0) {
         complain("%s: %s", kLock, strerror(errno));
         return;

@@ -13,7 +13,7 @@ void moveLongLog();
 /// Makes /tmp/tmp root's, 0755. False when it cannot be used, which has been said.
 bool readyFolder();
 
-/// Held while one request at a time may go on; waits for others.
+/// Held while one request at a time may go on; readies the folder and waits for others.
 class Lock {
 public:
     Lock();

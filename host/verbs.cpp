@@ -386,9 +386,6 @@ const Verb *findVerb(const char *name) {
 namespace {
 
 Status runAlone(const Verb &verb, int count, char **words) {
-    if (!readyFolder()) {
-        return kNotUsable;
-    }
     const Lock lock;
     return lock.isHeld() ? verb.run(count, words) : kNotUsable;
 }
