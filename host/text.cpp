@@ -4,7 +4,6 @@
 #include "host/text.h"
 
 #include <cstdarg>
-#include <cstdio>
 
 #include "host/status.h"
 
@@ -35,6 +34,13 @@ void Text::add(const char *bytes, std::size_t count) {
     memcpy(bytes_ + size_, bytes, count);
     size_ += count;
     bytes_[size_] = '\0';
+}
+
+void Text::addRest(FILE *file) {
+    char bytes[4096];
+    for (std::size_t count = 0; (count = fread(bytes, 1, sizeof bytes, file)) > 0;) {
+        add(bytes, count);
+    }
 }
 
 void Text::addf(const char *format, ...) {

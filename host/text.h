@@ -4,6 +4,7 @@
 #define FRRUCI_HOST_TEXT_H
 
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -32,6 +33,8 @@ public:
 
     void add(const char *bytes, std::size_t count);
     void add(const char *text) { add(text, strlen(text)); }
+    /// All that is left of a file.
+    void addRest(FILE *file);
     [[gnu::format(printf, 2, 3)]] void addf(const char *format, ...);
     void cut(std::size_t size);
     void clear() { cut(0); }

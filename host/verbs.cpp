@@ -24,6 +24,7 @@
 #include "host/show.h"
 #include "host/streams.h"
 #include "host/words.h"
+#include "rpcd/rpcd.h"
 
 namespace frruci::host {
 
@@ -201,11 +202,8 @@ Status reportJson(void (*report)()) {
         report();
     }
     Text text;
-    char bytes[4096];
     rewind(printed);
-    for (std::size_t count = 0; (count = fread(bytes, 1, sizeof bytes, printed)) > 0;) {
-        text.add(bytes, count);
-    }
+    text.addRest(printed);
     (void)fclose(printed); // only read from by now
     Json object = jsonObject();
     put(object, "report", linesOf(text.get()));
@@ -349,6 +347,16 @@ constexpr VerbText kDoctorText = {
     "Ends with 0 without a fault, else with 4.",
 };
 
+constexpr VerbText kRpcdText = {
+    "list | call METHOD",
+    "answer as a plugin of rpcd: the ubus object frruci",
+    "What /usr/libexec/rpcd/frruci runs. The arguments of a method are a JSON object on standard "
+    "input, its answer is one on standard output. What is wrong with a request is told on standard "
+    "error; the answer is no object then, which rpcd reports as an invalid argument. Keys are "
+    "never "
+    "shown.",
+};
+
 constexpr VerbText kHelpText = {
     "[VERB|HANDLER]",
     "explain a verb, or the words of a handler",
@@ -370,6 +378,7 @@ constexpr Verb kVerbs[] = {
     {"report",   kReportText,   Alone::kNo,  false, reportVerb      },
     {"run",      kRunText,      Alone::kNo,  false, runVerb         },
     {"doctor",   kDoctorText,   Alone::kNo,  false, doctor          },
+    {"rpcd",     kRpcdText,     Alone::kNo,  true,  rpcd::rpcdVerb  },
     {"help",     kHelpText,     Alone::kNo,  false, help            },
 };
 constexpr std::size_t kVerbCount = std::size(kVerbs);
