@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <unistd.h>
 
 namespace frruci::host {
@@ -66,6 +67,11 @@ Status wrongUsage(const char *format, ...) {
     complainWith(format, arguments);
     va_end(arguments);
     return kWrongUsage;
+}
+
+FILE *scratchFile() {
+    const int file = memfd_create("frruci", MFD_CLOEXEC);
+    return file < 0 ? nullptr : fdopen(file, "w+");
 }
 
 LibraryPrints::LibraryPrints(int descriptor) : nowhere_(fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)) {

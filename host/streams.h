@@ -24,6 +24,9 @@ bool takeStreams();
 /// The same, and the status of wrong usage.
 [[gnu::format(printf, 1, 2)]] Status wrongUsage(const char *format, ...);
 
+/// A file in memory, without a name, that no program inherits; null when there is no room.
+FILE *scratchFile();
+
 /// While it lives, what the library prints goes to a descriptor.
 class LibraryPrints {
 public:

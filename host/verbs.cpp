@@ -192,7 +192,7 @@ Status recoverVerb(int count, char **words) {
 }
 
 Status reportJson(void (*report)()) {
-    FILE *printed = tmpfile();
+    FILE *printed = scratchFile();
     if (printed == nullptr) {
         complain("no room for the report");
         return kNotUsable;

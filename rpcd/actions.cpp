@@ -8,7 +8,6 @@
 #include "host/call.h"
 #include "host/doctor.h"
 #include "host/library.h"
-#include "host/lock.h"
 #include "host/secrets.h"
 #include "host/streams.h"
 #include "rpcd/answers.h"
@@ -89,9 +88,7 @@ Json apply(Json arguments) {
     const Messages messages;
     Words names(host::member(arguments, "protocols"));
     apply::keepQuiet();
-    const host::Lock lock;
-    const Status status =
-        lock.isHeld() ? apply::applyStores(names.count(), names.get()) : host::kNotUsable;
+    const Status status = apply::applyStores(names.count(), names.get());
     Json refused = host::jsonArray();
     apply::visitNotes(appendRefusal, refused);
     Json answer = host::jsonObject();
@@ -172,11 +169,6 @@ void hearCalled(const host::Called &called, void *context) {
 
 /// Null, and the status, when the handler was not called.
 Json callOnce(const char *name, Words &words, Status &status) {
-    const host::Lock lock;
-    status = host::kNotUsable;
-    if (!lock.isHeld()) {
-        return nullptr;
-    }
     status = host::kWrongUsage;
     const host::Handler *handler = host::findHandler(name);
     if (handler == nullptr) {
@@ -201,7 +193,7 @@ Json call(Json arguments) {
     const Messages messages;
     Words words(host::member(arguments, "words"));
     const char *name = host::textOf(host::member(arguments, "handler"));
-    FILE *told = tmpfile();
+    FILE *told = host::scratchFile();
     const pid_t child = told == nullptr ? -1 : fork();
     if (child == 0) {
         Status status = host::kNotUsable;

@@ -28,7 +28,7 @@ void addBare(const char *text, host::Text &bare) {
 
 } // namespace
 
-Messages::Messages() : before_(host::err), file_(tmpfile()) {
+Messages::Messages() : before_(host::err), file_(host::scratchFile()) {
     host::err = file_ == nullptr ? before_ : file_;
 }
 

@@ -10,6 +10,8 @@ namespace frruci::rpcd {
 
 namespace {
 
+using host::Alone;
+
 bool isProtocol(const char *text) {
     return frruci::apply::findProtocol(text) != nullptr;
 }
@@ -19,16 +21,16 @@ constexpr Argument kHandler = {"handler", Type::kText, true, nullptr};
 constexpr Argument kWords = {"words", Type::kTexts, false, nullptr};
 
 constexpr Method kMethods[] = {
-    {"status",     false, status,     {}                },
-    {"neighbors",  false, neighbors,  {}                },
-    {"database",   false, database,   {}                },
-    {"interfaces", false, interfaces, {}                },
-    {"rip",        false, rip,        {}                },
-    {"nhrp_cache", false, nhrpCache,  {}                },
-    {"diff",       false, diff,       {kProtocols}      },
-    {"apply",      true,  apply,      {kProtocols}      },
-    {"doctor",     false, doctor,     {}                },
-    {"call",       true,  call,       {kHandler, kWords}},
+    {"status",     Alone::kNo, status,     {}                },
+    {"neighbors",  Alone::kNo, neighbors,  {}                },
+    {"database",   Alone::kNo, database,   {}                },
+    {"interfaces", Alone::kNo, interfaces, {}                },
+    {"rip",        Alone::kNo, rip,        {}                },
+    {"nhrp_cache", Alone::kNo, nhrpCache,  {}                },
+    {"diff",       Alone::kNo, diff,       {kProtocols}      },
+    {"apply",      Alone::kYes, apply,      {kProtocols}      },
+    {"doctor",     Alone::kNo, doctor,     {}                },
+    {"call",       Alone::kYes, call,       {kHandler, kWords}},
 };
 
 } // namespace

@@ -6,6 +6,7 @@
 #include <span>
 
 #include "host/json.h"
+#include "host/verbs.h"
 
 namespace frruci::rpcd {
 
@@ -24,7 +25,7 @@ inline constexpr int kMostArguments = 2;
 
 struct Method {
     const char *name;
-    bool changes; ///< it takes its turn with others that change something
+    host::Alone alone;
     Json (*answer)(Json arguments);
     Argument arguments[kMostArguments];
 };

@@ -176,7 +176,9 @@ void readSource(char *line, Lists &lists) {
     host::put(source, "bad_packets", numberFrom(words.words[1]));
     host::put(source, "bad_routes", numberFrom(words.words[2]));
     host::put(source, "distance", numberFrom(words.words[3]));
-    host::put(source, "last_update", secondsFrom(words.words[4]));
+    if (*words.words[4] >= '0' && *words.words[4] <= '9') { // else a word for never
+        host::put(source, "last_update", secondsFrom(words.words[4]));
+    }
     host::append(lists.sources, source);
 }
 

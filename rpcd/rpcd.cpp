@@ -4,6 +4,7 @@
 #include "rpcd/rpcd.h"
 
 #include "host/json.h"
+#include "host/lock.h"
 #include "host/secrets.h"
 #include "host/streams.h"
 #include "host/text.h"
@@ -41,6 +42,11 @@ Status refuse() {
     return host::kWrongUsage;
 }
 
+Status answer(const Method &method, Json arguments) {
+    host::printJson(method.answer(arguments));
+    return host::kAccepted;
+}
+
 Status call(const char *name) {
     const Method *method = findMethod(name);
     if (method == nullptr) {
@@ -53,8 +59,11 @@ Status call(const char *name) {
     if (arguments == nullptr) {
         return refuse();
     }
-    host::printJson(method->answer(arguments));
-    return host::kAccepted;
+    if (method->alone == host::Alone::kNo) {
+        return answer(*method, arguments);
+    }
+    const host::Lock lock;
+    return lock.isHeld() ? answer(*method, arguments) : host::kNotUsable;
 }
 
 } // namespace

@@ -9,7 +9,8 @@ namespace frruci::rpcd {
 
 /// "list" prints the methods with their arguments; "call METHOD" takes an object of arguments from
 /// standard input and prints an object. rpcd answers "invalid argument" for anything that is no
-/// object, whatever the exit status: that is how a request is refused, with kWrongUsage.
+/// object, whatever the exit status: that is how a request is refused, with kWrongUsage. Without a
+/// lock nothing is printed.
 host::Status rpcdVerb(int count, char **words);
 
 } // namespace frruci::rpcd

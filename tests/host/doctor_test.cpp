@@ -7,7 +7,6 @@
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <vector>
 
 #include "tests/host/program.h"
 #include "tests/support/stage.h"
@@ -17,6 +16,7 @@ namespace {
 using program::frruci;
 using program::has;
 using program::Outcome;
+using program::Running;
 
 void writeStores() {
     for (const char *package : {"ospf", "rip", "nhrp"}) {
@@ -24,35 +24,6 @@ void writeStores() {
                          "config global 'global'\n");
     }
 }
-
-/// A process whose program has this name: a copy of one that only waits.
-class Running {
-public:
-    explicit Running(const std::string &name) : path_("/tmp/" + name) {
-        stage::writeFile(path_.c_str(), program::readFile("/bin/sleep").c_str(),
-                         program::readFile("/bin/sleep").size());
-        chmod(path_.c_str(), 0755);
-        child_ = fork();
-        if (child_ == 0) {
-            execl(path_.c_str(), name.c_str(), "1000", nullptr);
-            _exit(126);
-        }
-        const std::string comm = "/proc/" + std::to_string(child_) + "/comm";
-        while (program::readFile(comm.c_str()) != name + "\n") {
-        }
-    }
-    ~Running() {
-        ::syscall(SYS_kill, child_, SIGKILL);
-        program::wait(child_);
-        unlink(path_.c_str());
-    }
-    Running(const Running &) = delete;
-    Running &operator=(const Running &) = delete;
-
-private:
-    std::string path_;
-    pid_t child_ = -1;
-};
 
 class Doctor : public testing::Test {
 protected:

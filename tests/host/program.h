@@ -123,6 +123,36 @@ private:
     std::vector<pid_t> children_;
 };
 
+/// A process whose program has this name: a copy of one that only waits.
+class Running {
+public:
+    explicit Running(const std::string &name) : path_("/tmp/" + name) {
+        const std::string copy = "cp /bin/sleep " + path_;
+        if (shell(copy.c_str()) != 0) {
+            abort();
+        }
+        child_ = fork();
+        if (child_ == 0) {
+            execl(path_.c_str(), name.c_str(), "1000", nullptr);
+            _exit(126);
+        }
+        const std::string comm = "/proc/" + std::to_string(child_) + "/comm";
+        while (readFile(comm.c_str()) != name + "\n") {
+        }
+    }
+    ~Running() {
+        ::syscall(SYS_kill, child_, SIGKILL);
+        wait(child_);
+        unlink(path_.c_str());
+    }
+    Running(const Running &) = delete;
+    Running &operator=(const Running &) = delete;
+
+private:
+    std::string path_;
+    pid_t child_ = -1;
+};
+
 /// A socket on which a daemon seems to listen.
 class Listener {
 public:
