@@ -13,7 +13,8 @@
 #include "apply/refusals.h"
 #include "apply/report.h"
 #include "apply/running.h"
-#include "apply/session.h"
+#include "host/exchange.h"
+#include "host/timeout.h"
 
 namespace frruci::apply {
 
@@ -114,15 +115,17 @@ void hear(const Word &word, void *context) {
 void Part::ask() {
     holder = holderOf(target);
     surroundings.isPointToPoint = isPointToPoint;
-    Session session(holder);
-    answered = session.run("enable") == 0 && session.run("show running-config") == 0;
+    // Without mgmtd's lock, as nothing is changed: whoever only looks waits for nobody.
+    host::Exchange daemon(holder, host::timeoutSeconds());
+    host::Text text;
+    answered = daemon.ask("enable", text) == 0 && daemon.ask("show running-config", text) == 0;
     if (!answered) {
         return;
     }
-    readRunning(target, session.text(), running);
-    surroundings.majorVersion = majorVersion(session.text());
-    if (target == Target::Ospfd && session.run("show ip ospf") == 0) {
-        readOspf(session.text(), surroundings);
+    readRunning(target, text.get(), running);
+    surroundings.majorVersion = majorVersion(text.get());
+    if (target == Target::Ospfd && daemon.ask("show ip ospf", text) == 0) {
+        readOspf(text.get(), surroundings);
     }
 }
 

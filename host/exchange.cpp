@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <ctime>
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
@@ -64,6 +65,7 @@ Exchange::Exchange(const char *daemon, unsigned timeoutSeconds)
         result = connect(fd_, reinterpret_cast<const sockaddr *>(&address), sizeof address);
     } while (result != 0 && errno == EINTR);
     reach_ = reachOf(result == 0 ? 0 : errno);
+    (void)fcntl(fd_, F_SETFL, O_NONBLOCK); // from here on it is polled
 }
 
 Exchange::~Exchange() {

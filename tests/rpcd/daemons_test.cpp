@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: Apache-2.0
 // The plugin on real daemons of both routers.
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
 
 #include "tests/host/program.h"
 #include "tests/rpcd/json_text.h"
+#include "tests/rpcd/many.h"
 #include "tests/support/real_daemons.h"
 
 namespace {
@@ -240,6 +241,40 @@ TEST_F(PluginOnDaemons, AnApplyWithARefusedLine) {
     EXPECT_TRUE(has(near_.block("ospfd", "interface eth1.2"), "ip ospf cost 77\n"));
     EXPECT_EQ(answer("diff"), R"({"differences":0,"lines":[],"status":0})");
     EXPECT_FALSE(has(diff + applied + answer("status"), "geheim"));
+}
+
+/// A daemon lets five wait.
+TEST_F(PluginOnDaemons, FiftyAtOnceAreAnsweredRight) {
+    ASSERT_TRUE(near_.start("ospfd"));
+    ASSERT_EQ(near_
+                  .configure("ospfd", {"router ospf", "ospf router-id 1.1.1.1",
+                                       "network 10.1.2.0/24 area 0"})
+                  .code,
+              0);
+    const std::string expected = R"({"running":true,"router_id":"1.1.1.1","neighbors":[]})";
+    EXPECT_EQ(many::answers("neighbors", 50), std::vector<std::string>(50, expected));
+}
+
+/// The watch keeps what was refused, as the verb does.
+TEST_F(PluginOnDaemons, AWatchThatIsRefusedALine) {
+    ASSERT_TRUE(near_.start("ospfd"));
+    unlink("/tmp/tmp/applied");
+    store("ospf", "config global 'global'\n\toption status 'on'\n\toption router_id '1.1.1.1'\n"
+                  "config interface 'eth1_2'\n\toption interface 'eth1.2'\n"
+                  "\toption cost '70000'\n");
+    const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+    const pid_t watch = program::start({"watch"}, nowhere, nowhere, nowhere);
+    EXPECT_TRUE(comesToSay("status", R"("watch":{"running":true})"));
+    EXPECT_TRUE(comesToSay("status", R"("command":"ip ospf cost 70000","answer":"% )"));
+    store("ospf", "config global 'global'\n\toption status 'on'\n\toption router_id '1.1.1.1'\n"
+                  "config interface 'eth1_2'\n\toption interface 'eth1.2'\n"
+                  "\toption cost '70'\n");
+    kill(watch, SIGHUP);
+    EXPECT_TRUE(comesToSay("status", R"("changes":1,"refused":[]})")) << answer("status");
+    kill(watch, SIGTERM);
+    EXPECT_EQ(program::wait(watch), 0);
+    EXPECT_TRUE(comesToSay("status", R"("watch":{"running":false})"));
+    close(nowhere);
 }
 
 /// What FRR 10's mgmtd holds differs too, and reading it waits for nobody.

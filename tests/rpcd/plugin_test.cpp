@@ -6,6 +6,7 @@
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include "tests/rpcd/many.h"
 #include "tests/rpcd/plugin.h"
 
 namespace {
@@ -132,13 +133,21 @@ TEST_F(PluginRules, EachMethodIsEitherForReadingOrForWriting) {
     EXPECT_EQ(static_cast<std::size_t>(std::count(list.begin(), list.end(), '{')), count + 1);
 }
 
-/// What changes something takes its turn; what reads does not wait for it.
+/// What changes something takes its turn; what reads does not wait for it, nor for who talks to
+/// mgmtd.
 TEST_F(PluginRules, OnlyWritingMethodsTakeTheLock) {
+    store("rip", "config global 'global'\n\toption status 'on'\n");
+    stage_.present("mgmtd");
+    const std::string difference = answer("diff");
+    const int folder = open("/var", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
     const int lock = open("/tmp/tmp/frruci.lock", O_RDWR | O_CREAT | O_CLOEXEC, 0600);
     ASSERT_EQ(flock(lock, LOCK_EX), 0);
     for (const char *method : kReading) {
         EXPECT_EQ(call(method).status, 0) << method;
     }
+    EXPECT_EQ(answer("diff"), difference);
+    close(folder);
     for (const char *method : kWriting) {
         const Outcome outcome = call(method, leastFor(method));
         EXPECT_EQ(outcome.status, 3) << method;
@@ -184,23 +193,7 @@ TEST_F(PluginRules, FiftyAtOnceAreAnsweredRight) {
     stage_.answer("ospfd", "show ip ospf neighbor json", {.text = shown.c_str()});
     const std::string expected = answer("neighbors");
     ASSERT_TRUE(has(expected, R"("state":"Full")"));
-    std::vector<pid_t> children;
-    std::vector<int> answers;
-    for (int i = 0; i < 50; ++i) {
-        const int input = open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-        answers.push_back(open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
-        ASSERT_EQ(write(input, "{}", 2), 2);
-        lseek(input, 0, SEEK_SET);
-        children.push_back(
-            program::start({"rpcd", "call", "neighbors"}, input, answers[i], answers[i]));
-        close(input);
-    }
-    for (std::size_t i = 0; i < children.size(); ++i) {
-        EXPECT_EQ(program::wait(children[i]), 0);
-        lseek(answers[i], 0, SEEK_SET);
-        EXPECT_EQ(jsontext::compact(program::readAll(answers[i])), expected);
-        close(answers[i]);
-    }
+    EXPECT_EQ(many::answers("neighbors", 50), std::vector<std::string>(50, expected));
 }
 
 } // namespace
