@@ -133,6 +133,25 @@ TEST_F(PluginRules, EachMethodIsEitherForReadingOrForWriting) {
     EXPECT_EQ(static_cast<std::size_t>(std::count(list.begin(), list.end(), '{')), count + 1);
 }
 
+/// A heading with its arguments for each method, and none for another.
+TEST_F(PluginRules, ThePageHasEachMethodWithItsArguments) {
+    const std::string page = program::readFile(TREE "/docs/luci.md");
+    const std::string list = jsontext::compact(frruci({"rpcd", "list"}).output);
+    std::size_t headings = 0;
+    for (std::size_t at = 0; (at = page.find("\n### `", at)) != std::string::npos; ++at) {
+        ++headings;
+        const std::string line = page.substr(at + 5, page.find('\n', at + 1) - at - 5);
+        const std::string name = line.substr(1, line.find('`', 1) - 1);
+        const std::size_t begin = list.find("\"" + name + "\":{");
+        ASSERT_NE(begin, std::string::npos) << name;
+        const std::string arguments = list.substr(begin, list.find('}', begin) - begin);
+        for (const char *argument : {"\"protocols\":", "\"handler\":", "\"words\":"}) {
+            EXPECT_EQ(has(line, argument), has(arguments, argument)) << name << argument;
+        }
+    }
+    EXPECT_EQ(headings, std::size(kReading) + std::size(kWriting));
+}
+
 /// What changes something takes its turn; what reads does not wait for it, nor for who talks to
 /// mgmtd.
 TEST_F(PluginRules, OnlyWritingMethodsTakeTheLock) {
