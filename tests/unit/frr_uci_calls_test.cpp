@@ -4,8 +4,11 @@
 // libuci that would have been called.
 
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <map>
 #include <string>
+#include <sys/file.h>
+#include <unistd.h>
 
 #include "common/frr_uci.h"
 #include "tests/unit/store_world.h"
@@ -15,10 +18,14 @@ namespace {
 struct Calls {
     std::string trace;
     std::map<std::string, int> failures; // function to code; alloc: any code gives no context
+    bool allocLosesFolder = false;       // as when memory runs out in the middle
+    bool setKeepsLock = false;           // as when memory runs out in it
     std::map<uci_context *, int> contexts;
     int made = 0;
     bool watching = false;
     int depth = 0; // libuci calls some of its functions itself; those calls are its own matter
+    uci_list lostFolders = {};
+    int keptLock = -1;
     bool commitLosesPackage = false; // as when the file cannot be read anew
     std::string savedName;           // of the last section, when it is saved
 };
@@ -79,11 +86,19 @@ uci_context *uci_alloc_context(void) {
         calls->contexts[context] = ++calls->made;
     }
     record("alloc", context, "");
+    if (calls->allocLosesFolder) {
+        calls->lostFolders = context->delta_path;
+        context->delta_path.next = &context->delta_path;
+        context->delta_path.prev = &context->delta_path;
+    }
     return context;
 }
 
 void uci_free_context(uci_context *ctx) {
     record("free", ctx, "");
+    if (calls->allocLosesFolder) {
+        ctx->delta_path = calls->lostFolders;
+    }
     calls->contexts.erase(ctx);
     forward("uci_free_context", &uci_free_context, ctx);
 }
@@ -111,6 +126,10 @@ int uci_set(uci_context *ctx, uci_ptr *ptr) {
            text(ptr->package) + "." + text(ptr->section) + "." + text(ptr->option) + "=" +
                text(ptr->value) + (namesOnly ? "" : " (not only names)"));
     const int code = failure("set");
+    if (code != 0 && calls->setKeepsLock) {
+        calls->keptLock = open("/etc/config/ospf", O_RDWR | O_CLOEXEC);
+        EXPECT_EQ(flock(calls->keptLock, LOCK_SH), 0); // the reader has one too
+    }
     return code != 0 ? code : forward("uci_set", &uci_set, ctx, ptr);
 }
 
@@ -158,6 +177,9 @@ protected:
     }
 
     void losePackageInCommit() { calls_.commitLosesPackage = true; }
+    void loseFolderInAlloc() { calls_.allocLosesFolder = true; }
+    void keepLockInSet() { calls_.setKeepsLock = true; }
+    int keptLock() const { return calls_.keptLock; }
     std::string savedName() const { return calls_.savedName; }
     void fail(const char *function, int code) { calls_.failures[function] = code; }
     std::string trace() { return std::exchange(calls_.trace, ""); }
@@ -227,6 +249,23 @@ TEST_F(FrrUciCalls, withoutAContextNothingIsCalled) {
     EXPECT_EQ(frr_uci_add_section("ospf", "cfg", "abc"), 1);
     EXPECT_EQ(trace(), "alloc#?; alloc#?; alloc#?");
     EXPECT_EQ(log(), "(none)");
+}
+
+TEST_F(FrrUciCalls, aContextThatWouldIgnorePendingChangesIsNotUsed) {
+    loseFolderInAlloc();
+    EXPECT_EQ(frr_uci_set("ospf", "global", "enable", "en"), 1);
+    EXPECT_EQ(frr_uci_get("ospf", "global", "enable", out_, sizeof out_), 1);
+    EXPECT_EQ(trace(), "alloc#1; free#1; alloc#2; free#2");
+}
+
+TEST_F(FrrUciCalls, aSetWithoutMemoryKeepsNoLock) {
+    keepLockInSet();
+    fail("set", UCI_ERR_MEM);
+    EXPECT_EQ(frr_uci_set("ospf", "global", "enable", "en"), UCI_ERR_MEM);
+    const int other = open("/etc/config/ospf", O_RDWR | O_CLOEXEC);
+    EXPECT_EQ(flock(other, LOCK_EX | LOCK_NB), 0);
+    close(other);
+    close(keptLock());
 }
 
 TEST_F(FrrUciCalls, getStopsAtWhatIsMissing) {

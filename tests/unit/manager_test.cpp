@@ -22,8 +22,9 @@ constexpr int kBusyPauseUs = 50000;
 /// The lock of somebody else's walk.
 class OthersTurn {
 public:
-    OthersTurn() : fd_(open("/var", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        EXPECT_EQ(flock(fd_, LOCK_EX | LOCK_NB), 0);
+    explicit OthersTurn(int lock = LOCK_EX)
+        : fd_(open("/var", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        EXPECT_EQ(flock(fd_, lock | LOCK_NB), 0);
     }
     ~OthersTurn() { close(fd_); }
     OthersTurn(const OthersTurn &) = delete;
@@ -100,6 +101,11 @@ TEST_F(Mgmtd, AViewThatGetsNoTurnFailsAsWithoutConnection) {
     }
     EXPECT_EQ(stage::Stage::openDescriptors(), before);
     EXPECT_EQ(std::string(stage_.trace()).find("enable"), std::string::npos);
+}
+
+TEST_F(Mgmtd, AWalkWantsItsTurnForItselfAlone) {
+    const OthersTurn others(LOCK_SH);
+    EXPECT_EQ(deliver(), 1U);
 }
 
 /// What happens in the middle of a walk: at its third pause, and at each of its commands.

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <regex>
@@ -270,6 +271,13 @@ Texts stream(const Texts &segments) {
     close(ends[0]);
     close(ends[1]);
     return writes;
+}
+
+TEST_F(Stream, AReadThatFailsIsAnEmptyOne) {
+    ASSERT_EQ(fcntl(ends_[0], F_SETFL, O_NONBLOCK), 0); // nothing is there to read
+    EXPECT_EQ(frrVtyNhrpPrint(ends_[0], "show"), 0U);
+    EXPECT_EQ(writes_, Texts{""});
+    EXPECT_STREQ(stage_.log(), "");
 }
 
 TEST_F(Stream, AnswersOfEveryLengthAreWrittenReadByRead) {
