@@ -125,7 +125,7 @@ int open(const char *path, int flags, ...) {
     va_start(arguments, flags);
     const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
     va_end(arguments);
-    return fails(kOpen) ? -1 : real().open(path, flags, mode);
+    return fails(kOpen) || fails(kOpenInterrupted) ? -1 : real().open(path, flags, mode);
 }
 FILE *fopen(const char *path, const char *mode) {
     return fails(kStream) ? nullptr : real().fopen(path, mode);
@@ -134,10 +134,10 @@ FILE *fdopen(int descriptor, const char *mode) noexcept(noexcept(::fdopen(0, "")
     return fails(kStream) ? nullptr : real().fdopen(descriptor, mode);
 }
 ssize_t read(int descriptor, void *bytes, size_t count) {
-    return fails(kRead) ? -1 : real().read(descriptor, bytes, count);
+    return fails(kRead) || fails(kReadInterrupted) ? -1 : real().read(descriptor, bytes, count);
 }
 ssize_t write(int descriptor, const void *bytes, size_t count) {
-    if (fails(kWrite)) {
+    if (fails(kWrite) || fails(kWriteInterrupted)) {
         return -1;
     }
     return real().write(descriptor, bytes, fails(kShortWrite) ? half(count) : count);
@@ -161,7 +161,8 @@ int fchmod(int descriptor, mode_t mode) noexcept(noexcept(::fchmod(0, 0))) {
     return fails(kMode) ? -1 : real().fchmod(descriptor, mode);
 }
 int flock(int descriptor, int operation) noexcept(noexcept(::flock(0, 0))) {
-    return fails(kFileLock) ? -1 : real().flock(descriptor, operation);
+    return fails(kFileLock) || fails(kFileLockInterrupted) ? -1
+                                                           : real().flock(descriptor, operation);
 }
 /// One that fails has closed all the same, as on Linux.
 int close(int descriptor) {
@@ -176,16 +177,18 @@ int socket(int domain, int type, int protocol) noexcept(noexcept(::socket(0, 0, 
     return fails(kSocket) ? -1 : real().socket(domain, type, protocol);
 }
 int connect(int descriptor, const sockaddr *address, socklen_t length) {
-    return fails(kConnect) ? -1 : real().connect(descriptor, address, length);
+    return fails(kConnect) || fails(kConnectInterrupted)
+               ? -1
+               : real().connect(descriptor, address, length);
 }
 ssize_t send(int descriptor, const void *bytes, size_t count, int flags) {
-    if (fails(kSend)) {
+    if (fails(kSend) || fails(kSendInterrupted)) {
         return -1;
     }
     return real().send(descriptor, bytes, fails(kShortSend) ? half(count) : count, flags);
 }
 ssize_t recv(int descriptor, void *bytes, size_t count, int flags) {
-    if (fails(kReceive)) {
+    if (fails(kReceive) || fails(kReceiveInterrupted)) {
         return -1;
     }
     return fails(kEndOfStream) ? 0 : real().recv(descriptor, bytes, count, flags);
