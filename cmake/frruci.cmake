@@ -15,6 +15,9 @@ endif()
 if(FRRUCI_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
+if(FRRUCI_EDGES)
+    add_compile_options(-fsanitize-coverage=inline-8bit-counters,pc-table)
+endif()
 
 # Code that runs on the router: no exceptions, no RTTI, no C++ runtime in the result.
 function(frruci_library_language target)
@@ -25,7 +28,7 @@ function(frruci_library_language target)
         $<$<COMPILE_LANGUAGE:CXX>:-fno-exceptions -fno-rtti -fno-threadsafe-statics>
         -ffunction-sections -fdata-sections)
     target_link_options(${target} PRIVATE -Wl,--gc-sections -Wl,--as-needed)
-    if(NOT FRRUCI_SANITIZE AND NOT FRRUCI_FUZZ)
+    if(NOT FRRUCI_SANITIZE AND NOT FRRUCI_FUZZ AND NOT FRRUCI_EDGES)
         # Flash is scarce, and nothing is ever thrown through this code.
         target_compile_options(${target} PRIVATE
             -fno-asynchronous-unwind-tables -fno-unwind-tables -fomit-frame-pointer)

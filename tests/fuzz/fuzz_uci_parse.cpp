@@ -47,7 +47,31 @@ public:
     }
     void write(Text &out) { frruci::uci::writePackage(out, package_, false); }
 
+    /// A pending change may give a section or an option the name of another one, as libuci's does.
+    bool hasTwoOfAName() const {
+        bool found = hasTwoOfAName(package_->sections);
+        for (const uci_list *node = package_->sections.next; node != &package_->sections;
+             node = node->next) {
+            found = found || hasTwoOfAName(reinterpret_cast<const uci_section *>(node)->options);
+        }
+        return found;
+    }
+
 private:
+    static const char *nameOf(const uci_list *node) {
+        return reinterpret_cast<const uci_element *>(node)->name; // begins with its list record
+    }
+    static bool hasTwoOfAName(const uci_list &list) {
+        for (const uci_list *node = list.next; node != &list; node = node->next) {
+            for (const uci_list *other = node->next; other != &list; other = other->next) {
+                if (strcmp(nameOf(node), nameOf(other)) == 0) {
+                    return true;
+                }
+            }
+        }
+        return false;
+    }
+
     uci_context *context_;
     uci_package *package_;
 };
@@ -76,6 +100,8 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, size_t size) {
     Package changed;
     insist(changed.parse(kBase, sizeof kBase - 1) == UCI_OK);
     insist(changed.apply(text, size) == UCI_OK);
-    insistOnReadable(changed);
+    if (!changed.hasTwoOfAName()) {
+        insistOnReadable(changed);
+    }
     return 0;
 }

@@ -102,7 +102,8 @@ private:
             ++stored;
             break;
         case FRRUCI_REPLY:
-            replies.emplace_back(std::string(event.place) + ": " + event.text);
+            replies.emplace_back(std::string(event.place == nullptr ? "" : event.place) + ": " +
+                                 event.text);
             break;
         default:
             break;
