@@ -179,7 +179,7 @@ constexpr int kForgotten = 2; ///< files that libuci leaves open, and behind, wh
 #endif
 
 bool forgets(Call call) {
-    return call == kMalloc || call == kStream || call == kFileLock;
+    return call == kMalloc || call == kStream || call == kFileLock || call == kFileLockInterrupted;
 }
 
 /// Fixed by the interface: a socket that could not be connected stays open, and so does the session
