@@ -165,7 +165,9 @@ TEST_F(Watching, MgmtdComesBackEmptyAndRipdIsStartedAnew) {
     const Watch watch;
     ASSERT_TRUE(router().stop("mgmtd") && router().startManagement());
     EXPECT_TRUE(routers::waitFor([] { return Watch::said("starting ripd anew"); }));
-    EXPECT_TRUE(comesTo("ripd", complete)) << missing(running("ripd"), complete);
+    EXPECT_TRUE(comesTo("ripd", complete))
+        << missing(running("ripd"), complete) << router().output("cat /tmp/watch.log")
+        << "mgmtd: " << missing(running("mgmtd"), complete);
 }
 
 TEST_F(Watching, NothingIsStartedWhereAnotherProgramWatches) {
