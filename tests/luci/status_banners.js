@@ -44,12 +44,19 @@ same(failed('RPC call to frruci/rip failed with error -32002: Access denied'), d
 same(failed('RPC call to frruci/rip failed with ubus code 6: Permission denied'), denied);
 same(failed('RPC call to frruci/rip failed with ubus code 5: No data received'), 'The plugin of rpcd gave no answer.');
 same(failed('RPC call to frruci/rip failed with ubus code 7: Request timeout'), 'The answer did not come in time.');
-same(failed('RPC call to frruci/rip failed with HTTP error 502: Bad Gateway'), 'The router said: Bad Gateway');
-same(failed('XHR request aborted by browser\n  at x'), 'The router did not answer: XHR request aborted by browser');
+same(failed('RPC call to frruci/rip failed with HTTP error 502: Bad Gateway'), 'The router said: Bad Gateway.');
+same(failed('XHR request aborted by browser\n  at x'), 'The router did not answer: XHR request aborted by browser.');
 same(said({ failures: { diff: 'failed with ubus code 4: a', status: 'failed with ubus code 4: b', rip: 'failed with ubus code 7: c' }, clock: '14:02:11', now: 0 }), [
 	[ 'bad', 'Not read: the state of the daemons, the difference between stored and running', missing + ' What is shown of it is as of 14:02:11.' ],
 	[ 'bad', 'Not read: RIP', 'The answer did not come in time. What is shown of it is as of 14:02:11.' ]
 ], 'one banner for each reason');
+
+var none = {};
+
+[ 'status', 'neighbors', 'database', 'interfaces', 'rip', 'nhrp_cache' ].forEach(function(method) {
+	none[method] = 'XHR request timed out';
+});
+same(said({ failures: none, now: 0 }), [ [ 'bad', 'Nothing could be read', 'The router did not answer: XHR request timed out.' ] ]);
 
 // Daemons that go and come
 function at(time) {

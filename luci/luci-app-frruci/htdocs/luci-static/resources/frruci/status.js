@@ -67,10 +67,6 @@ function known(value) {
 	return value == null || value === '' ? kNone : String(value);
 }
 
-function counted(count, one, many) {
-	return N_(count, one, many).format(count);
-}
-
 function neighborState(name) {
 	var state = kStates[name];
 
@@ -265,8 +261,8 @@ function neighborSummary(neighbors) {
 	if (neighbors.length == 0)
 		return [ _('no neighbours') ];
 	if (full == neighbors.length)
-		return [ counted(full, _('%d full neighbour'), _('%d full neighbours')) ];
-	return [ counted(neighbors.length, _('%d neighbour'), _('%d neighbours')), _('%d of them full').format(full) ];
+		return [ N_(full, '%d full neighbour', '%d full neighbours').format(full) ];
+	return [ N_(neighbors.length, '%d neighbour', '%d neighbours').format(neighbors.length), _('%d of them full').format(full) ];
 }
 
 function routeSummary(routes) {
@@ -274,7 +270,11 @@ function routeSummary(routes) {
 		return !isOwn(route);
 	}).length;
 
-	return counted(learnt, _('%d route learnt'), _('%d routes learnt'));
+	return N_(learnt, '%d route learnt', '%d routes learnt').format(learnt);
+}
+
+function cacheSummary(entries) {
+	return N_(entries.length, '%d cache entry', '%d cache entries').format(entries.length);
 }
 
 // What a protocol has done, where that was read.
@@ -283,8 +283,7 @@ function summary(protocol, answers) {
 		return answers.neighbors ? neighborSummary(listOf(answers.neighbors, 'neighbors')) : [];
 	if (protocol == 'rip')
 		return answers.rip ? [ routeSummary(listOf(answers.rip, 'routes')) ] : [];
-	return answers.nhrp_cache
-		? [ counted(listOf(answers.nhrp_cache, 'entries').length, _('%d cache entry'), _('%d cache entries')) ] : [];
+	return answers.nhrp_cache ? [ cacheSummary(listOf(answers.nhrp_cache, 'entries')) ] : [];
 }
 
 // On, off, or on its way from one to the other.

@@ -18,6 +18,9 @@ var kSubjects = {
 	diff: _('the difference between stored and running')
 };
 
+// The difference is not asked for each time.
+var kAll = Object.keys(kSubjects).length - 1;
+
 var kReasons = {
 	mute: _('The plugin of rpcd gave no answer.'),
 	missing: _('The router has no object "frruci" on its bus: the plugin of rpcd is missing, or rpcd was not restarted since it came.'),
@@ -45,8 +48,8 @@ function reason(message) {
 	var first = message.split('\n')[0], found = /failed with (.*?)(-?\d+): (.*)/.exec(first);
 
 	if (!found)
-		return _('The router did not answer: %s').format(first);
-	return kReasons[kCodes[found[2]]] || _('The router said: %s').format(found[3]);
+		return _('The router did not answer: %s.').format(first);
+	return kReasons[kCodes[found[2]]] || _('The router said: %s.').format(found[3]);
 }
 
 // One banner for all calls that failed for one reason. FAILURES holds a message for each method that failed.
@@ -61,7 +64,7 @@ function failureBanners(failures, clock) {
 	});
 	return Object.keys(groups).map(function(why) {
 		return {
-			kind: 'bad', title: _('Not read: %s').format(groups[why].join(', ')),
+			kind: 'bad', title: groups[why].length >= kAll ? _('Nothing could be read') : _('Not read: %s').format(groups[why].join(', ')),
 			text: clock ? why + ' ' + _('What is shown of it is as of %s.').format(clock) : why
 		};
 	});
@@ -134,7 +137,7 @@ function refusedBanner(answer) {
 		return [];
 	return [ {
 		kind: 'bad',
-		title: N_(refused.length, _('A setting was refused'), _('%d settings were refused')).format(refused.length),
+		title: N_(refused.length, 'A setting was refused', '%d settings were refused').format(refused.length),
 		text: _('They are stored and do not run. In the words of the daemon:'),
 		refused: refused.map(function(entry) {
 			return {
@@ -151,7 +154,7 @@ function differenceBanner(diff) {
 		return [];
 	return [ {
 		kind: 'busy',
-		title: N_(diff.differences, _('A stored setting does not run'), _('%d stored settings do not run')).format(diff.differences),
+		title: N_(diff.differences, 'A stored setting does not run', '%d stored settings do not run').format(diff.differences),
 		text: _('What is stored and what the daemons run differ.'),
 		buttons: [ 'diff', 'apply' ]
 	} ];
@@ -217,13 +220,13 @@ function applied(answer) {
 	var refused = answer.refused || [], words = (answer.messages || []).slice();
 
 	if (refused.length > 0)
-		words.unshift(N_(refused.length, _('%d setting was refused.'), _('%d settings were refused.')).format(refused.length));
+		words.unshift(N_(refused.length, '%d setting was refused.', '%d settings were refused.').format(refused.length));
 	else if (answer.status > 0)
 		words.unshift(_('Not all was applied.'));
 	else if (!(answer.changes > 0))
 		words.unshift(_('Nothing had to be changed.'));
 	else
-		words.unshift(N_(answer.changes, _('%d change was applied.'), _('%d changes were applied.')).format(answer.changes));
+		words.unshift(N_(answer.changes, '%d change was applied.', '%d changes were applied.').format(answer.changes));
 	return { kind: refused.length > 0 || answer.status > 0 ? 'bad' : 'good', lines: words };
 }
 

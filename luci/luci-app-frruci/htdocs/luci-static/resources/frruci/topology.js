@@ -241,7 +241,7 @@ function countLeaves(graph) {
 		var count = router.stubs.length;
 
 		if (count > 0)
-			router.notes.push(N_(count, _('%d network'), _('%d networks')).format(count));
+			router.notes.push(N_(count, '%d network', '%d networks').format(count));
 	});
 }
 
@@ -261,7 +261,7 @@ function noteExternals(router, external) {
 	if (others.length < networks.length)
 		router.notes.push(_('default route'));
 	if (others.length > 0)
-		router.notes.push(N_(others.length, _('%d outside route'), _('%d outside routes')).format(others.length));
+		router.notes.push(N_(others.length, '%d outside route', '%d outside routes').format(others.length));
 }
 
 function titleOf(node) {
@@ -340,10 +340,10 @@ function read(area, own, external, states) {
 
 // What the drawing shows, in a sentence.
 function caption(graph) {
-	var words = [ N_(graph.routers, _('%d router'), _('%d routers')).format(graph.routers) ];
+	var words = [ N_(graph.routers, '%d router', '%d routers').format(graph.routers) ];
 
 	if (graph.networks > 0)
-		words.push(N_(graph.networks, _('%d network between them'), _('%d networks between them')).format(graph.networks));
+		words.push(N_(graph.networks, '%d network between them', '%d networks between them').format(graph.networks));
 	words = words.join(', ') + '.';
 	if (graph.whole)
 		return words;

@@ -207,7 +207,7 @@ return view.extend({
 
 	show: function() {
 		this.showBanners();
-		mendChildren(this.parts.cards, this.answers.status ? words.cards(this.answers.status, this.answers, now()).map(card) : []);
+		this.part('cards', [ 'status' ], this.answers.status ? words.cards(this.answers.status, this.answers, now()).map(card) : []);
 		this.part('ospf', [ 'neighbors', 'database', 'interfaces' ], this.ospf());
 		this.part('rip', [ 'rip' ], this.rip());
 		this.part('nhrp', [ 'nhrp_cache' ], this.nhrp());
