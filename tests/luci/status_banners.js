@@ -104,10 +104,10 @@ var refused = [
 	{ protocol: 'ospf', daemon: 'ospfd', context: 'interface eth1.2', command: 'ip ospf cost 70000', answer: '% Unknown command' },
 	{ protocol: 'rip', daemon: 'ripd', command: 'x' }
 ];
-var banner = banners.banners({ status: router(well, { applied: { time: 1, changes: 1, refused: refused } }), diff: { differences: 2 }, now: 0 });
+var banner = banners.banners({ status: router(well, { applied: { time: 1, changes: 1, refused: refused } }), diff: { differences: 3 }, now: 0 });
 
 same([ banner[0].kind, banner[0].title, banner[0].text ],
-	[ 'bad', '2 settings were refused', 'They are stored and do not run. In the words of the daemon:' ]);
+	[ 'bad', '2 settings were refused', 'Stored, and not running. In the words of the daemon:' ]);
 same(banner[0].refused, [
 	{ where: 'ospfd, interface eth1.2', command: 'ip ospf cost 70000', answer: '% Unknown command' },
 	{ where: 'ripd', command: 'x', answer: '' }
@@ -116,6 +116,8 @@ same(banner.map(function(one) {
 	return one.buttons;
 }), [ [ 'diff', 'apply' ], [] ], 'each button once');
 same(said({ status: router(well, { applied: { refused: refused.slice(1) } }), now: 0 })[0][1], 'A setting was refused');
+same(said({ status: router(well, { applied: { refused: refused } }), diff: { differences: 2 }, now: 0 }).length, 1,
+	'what was refused is not told again as a difference');
 
 // What differs
 same(said({ status: router(well), diff: { differences: 1 }, now: 0 }),

@@ -130,15 +130,19 @@ function daemonBanners(answer, followed, now) {
 	return banners;
 }
 
+function refusedOf(answer) {
+	return answer.applied && answer.applied.refused || [];
+}
+
 function refusedBanner(answer) {
-	var refused = answer.applied && answer.applied.refused || [];
+	var refused = refusedOf(answer);
 
 	if (refused.length == 0)
 		return [];
 	return [ {
 		kind: 'bad',
 		title: N_(refused.length, 'A setting was refused', '%d settings were refused').format(refused.length),
-		text: _('They are stored and do not run. In the words of the daemon:'),
+		text: _('Stored, and not running. In the words of the daemon:'),
 		refused: refused.map(function(entry) {
 			return {
 				where: [ entry.daemon, entry.context ].filter(Boolean).join(', '),
@@ -149,8 +153,9 @@ function refusedBanner(answer) {
 	} ];
 }
 
-function differenceBanner(diff) {
-	if (!diff || !(diff.differences > 0))
+// What was refused differs as well, and is told already.
+function differenceBanner(diff, answer) {
+	if (!diff || !(diff.differences > refusedOf(answer).length))
 		return [];
 	return [ {
 		kind: 'busy',
@@ -194,7 +199,7 @@ function banners(facts) {
 
 	if (facts.status)
 		all = all.concat(daemonBanners(facts.status, facts.followed, facts.now), refusedBanner(facts.status),
-			differenceBanner(facts.diff), watchBanner(facts.status));
+			differenceBanner(facts.diff, facts.status), watchBanner(facts.status));
 	return withButtonsOnce(all);
 }
 
