@@ -1,0 +1,401 @@
+// SPDX-License-Identifier: Apache-2.0
+// A form from a table of fields, and beside it what the router says: its state, what it refused, what is not applied.
+
+'use strict';
+'require baseclass';
+'require dom';
+'require form';
+'require poll';
+'require rpc';
+'require uci';
+'require ui';
+'require view';
+'require frruci.values as values';
+'require frruci.answers as answers';
+
+var callStatus = rpc.declare({ object: 'frruci', method: 'status' });
+var callInterfaces = rpc.declare({ object: 'frruci', method: 'interfaces' });
+var callDiff = rpc.declare({ object: 'frruci', method: 'diff', params: [ 'protocols' ] });
+var callApply = rpc.declare({ object: 'frruci', method: 'apply', params: [ 'protocols' ] });
+
+var kPollSeconds = 5;
+
+var kWidgets = { choice: form.ListValue, 'switch': form.Flag };
+
+// The interfaces that the library can address and that have no section yet.
+function freeInterfaces(config, router) {
+	var used = uci.sections(config, 'interface').map(function(section) { return section.interface; });
+
+	return router.addressable.filter(function(one) { return used.indexOf(one.name) == -1; });
+}
+
+// Own methods of one list; what is theirs is called by its class, since LuCI's super() counts from the object's class.
+var kGrid = form.GridSection.prototype;
+
+// A list whose entries are edited in a window. What keeps an entry from being saved is said in the window.
+function bindGrid(grid, table, router) {
+	grid.anonymous = true;
+	grid.addremove = true;
+	grid.nodescriptions = true;
+	grid.addbtntitle = table.add;
+	grid.modaltitle = table.title;
+	grid.renderSectionPlaceholder = function() {
+		return E('em', {}, [ table.empty ]);
+	};
+	grid.renderMoreOptionsModal = function() {
+		return kGrid.renderMoreOptionsModal.apply(grid, arguments).then(L.bind(router.markRefused, router));
+	};
+	grid.handleModalSave = function(map, ev) {
+		return map.parse().then(L.bind(kGrid.handleModalSave, grid, map, ev), function(error) {
+			map.root.querySelectorAll('.frruci-unsaved').forEach(function(note) { note.remove(); });
+			map.root.appendChild(E('div', { 'class': 'alert-message error frruci-unsaved' }, [ error.message ]));
+		});
+	};
+}
+
+// Adds the section of an interface, named as the displays look for it.
+function addInterface(grid, one, ev) {
+	var section = values.sectionName(one.name);
+	var shown = grid.handleAdd(ev, section);
+
+	uci.set(grid.map.config, section, 'interface', one.name);
+	if (one.ns && grid.getOption('ns'))
+		uci.set(grid.map.config, section, 'ns', one.ns);
+	return shown;
+}
+
+function nameOf(one) {
+	return one.address ? '%s (%s)'.format(one.name, one.address) : one.name;
+}
+
+function bindInterfaces(grid, table, router) {
+	grid.renderSectionAdd = function() {
+		var free = freeInterfaces(grid.map.config, router);
+		var names = E('select', { 'class': 'cbi-input-select', 'style': 'width:auto; min-width:12em', 'aria-label': _('Interface') },
+			free.map(function(one) { return E('option', {}, [ nameOf(one) ]); }));
+
+		if (free.length == 0)
+			return E('p', {}, [ E('em', {}, [ router.addressable.length > 0
+				? _('Every interface that can have settings of its own is in the list.')
+				: _('No interface of this router can have settings of its own: only VLANs of a port can, like eth1.2.') ]) ]);
+		return E('div', { 'class': 'cbi-section-create cbi-tblsection-create' }, [
+			names, ' ',
+			E('button', {
+				'class': 'cbi-button cbi-button-add',
+				'click': ui.createHandlerFn(grid, function(ev) { return addInterface(grid, free[names.selectedIndex], ev); }),
+				'disabled': grid.map.readonly || null
+			}, [ table.add ])
+		]);
+	};
+}
+
+function titleOf(table, option) {
+	return table.fields.filter(function(field) { return field.option == option; }).map(function(field) {
+		return field.title;
+	})[0];
+}
+
+function validate(field, table, option, section, value) {
+	var data = option.map.data, config = option.map.config;
+	var others = data.sections(config, table.type).filter(function(one) { return one['.name'] != section; });
+
+	return !value || values.check(field, value, option.section.formvalue(section), others, titleOf(table, field.above));
+}
+
+// What the router offers for a field: [ value, label ].
+function offers(field, router) {
+	if (field.kind == 'network')
+		return values.ownNetworks(router.addressable).map(function(network) {
+			return [ network[0], '%s (%s)'.format(network[0], network[1]) ];
+		});
+	if (field.kind == 'router')
+		return router.addressable.filter(function(one) { return one.address; }).map(function(one) {
+			var address = one.address.split('/')[0];
+
+			return [ address, '%s (%s)'.format(address, one.name) ];
+		});
+	return [];
+}
+
+function bindNetwork(option, field, table, router) {
+	option.load = function(section) {
+		var get = L.bind(this.map.data.get, this.map.data, this.map.config);
+		var show = function(sid) {
+			return values.showNetwork(get(sid, field.option), get(sid, field.mask), field.wildcard);
+		};
+		var used = this.map.data.sections(this.map.config, table.type).filter(function(one) {
+			return one['.name'] != section;
+		}).map(function(one) { return show(one['.name']); });
+
+		this.keylist = [];
+		this.vallist = [];
+		offers(field, router).forEach(L.bind(function(offer) {
+			if (used.indexOf(offer[0]) == -1)
+				this.value(offer[0], offer[1]);
+		}, this));
+		this.default = this.keylist[0];
+		return show(section);
+	};
+	option.write = function(section, value) {
+		var network = values.readNetwork(value);
+
+		this.map.data.set(this.map.config, section, field.option, network.address);
+		this.map.data.set(this.map.config, section, field.mask, network.mask);
+	};
+}
+
+function bindField(option, field, table, router) {
+	option.rmempty = !!field.set;
+	option.default = field.preset;
+	option.password = field.kind == 'key';
+	option.modalonly = !field.column && !table.name;
+	if (field.kind == 'switch') {
+		option.enabled = field.on;
+		option.disabled = field.off;
+	}
+	(field.choices || offers(field, router)).forEach(function(choice) {
+		option.value(choice[0], choice[1]);
+	});
+	Object.keys(field.when || {}).forEach(function(other) {
+		field.when[other].forEach(function(value) { option.depends(other, value); });
+	});
+	option.load = function(section) {
+		return values.stored(form.AbstractValue.prototype.load.call(this, section));
+	};
+	option.validate = function(section, value) {
+		return validate(field, table, this, section, value);
+	};
+	option.textvalue = function(section) {
+		var value = this.cfgvalue(section);
+		var text = values.show(field, value == null ? field.preset : value);
+
+		return text ? '%h'.format(text) : null;
+	};
+	if (field.kind == 'network')
+		bindNetwork(option, field, table, router);
+}
+
+function addField(section, field, table, router) {
+	var isFixed = field.kind == 'name' && !table.name;
+	var widget = isFixed ? form.DummyValue : kWidgets[field.kind] || form.Value;
+	var option = field.tab ? section.taboption(field.tab, widget, field.option, field.title, values.describe(field))
+	                       : section.option(widget, field.option, field.title, values.describe(field));
+
+	bindField(option, field, table, router);
+	return option;
+}
+
+function addSection(map, table, router) {
+	var section = table.name ? map.section(form.NamedSection, table.name, table.type, table.title, table.help)
+	                         : map.section(form.GridSection, table.type, table.title, table.help);
+
+	if (!table.name)
+		bindGrid(section, table, router);
+	if (table.type == 'interface')
+		bindInterfaces(section, table, router);
+	(table.tabs || []).forEach(function(tab) { section.tab(tab[0], tab[1]); });
+	table.fields.forEach(function(field) {
+		if (!field.hidden)
+			addField(section, field, table, router);
+	});
+}
+
+// Makes the sections and options that the store lacks known to the form, so that any saving stores them.
+function complete(page, router) {
+	page.sections.forEach(function(table) {
+		if (table.name && !uci.get(page.config, table.name))
+			uci.add(page.config, table.type, table.name);
+		uci.sections(page.config, table.type, function(section) {
+			var lacking = values.missing(table.fields, section);
+
+			Object.keys(lacking).forEach(function(option) {
+				uci.set(page.config, section['.name'], option, lacking[option]);
+			});
+		});
+	});
+	if (page.config == 'ospf' && uci.get('ospf', 'global', 'router_id') == '0.0.0.0')
+		uci.set('ospf', 'global', 'router_id', values.suggestRouterId(router.addressable) || '0.0.0.0');
+}
+
+function diffLine(line) {
+	var colors = { '+': 'color:#2e9e4f', '-': 'color:#e0483e' };
+
+	return E('span', { 'style': colors[line.sign] || null }, [ '%s %s\n'.format(line.sign, line.text) ]);
+}
+
+function showDiff(page) {
+	return callDiff([ page.config ]).then(function(diff) {
+		ui.showModal(_('Stored, but not running'), [
+			E('p', {}, [ _('A line with + is still to be sent to %s, a line with - is to go.').format(page.daemon) ]),
+			E('pre', { 'style': 'overflow:auto; max-height:60vh' },
+				diff.lines.length ? diff.lines.map(diffLine) : [ _('The router runs what is stored.') ]),
+			E('div', { 'class': 'button-row' }, [
+				E('button', { 'class': 'btn cbi-button', 'click': ui.hideModal }, [ _('Close') ])
+			])
+		]);
+	});
+}
+
+function confirmOff(page, losers) {
+	return new Promise(function(resolve, reject) {
+		var close = function(decide, value) {
+			return function() {
+				ui.hideModal();
+				decide(value);
+			};
+		};
+
+		ui.showModal(_('Switch off %s?').format(page.title), [
+			E('p', {}, [ _('With %s its base "zebra" ends too, and these lose their routes: %s.').format(page.title, losers.join(', ')) ]),
+			E('div', { 'class': 'button-row' }, [
+				E('button', { 'class': 'btn cbi-button', 'click': close(reject, new Error(_('Not saved.'))) }, [ _('Cancel') ]), ' ',
+				E('button', { 'class': 'btn cbi-button cbi-button-negative important', 'click': close(resolve) }, [ _('Switch off') ])
+			])
+		]);
+	});
+}
+
+// The router as the page knows it, and the part of the page that shows it.
+var Router = baseclass.extend({
+	__init__: function(page, addressable) {
+		this.page = page;
+		this.addressable = addressable;
+		this.status = {};
+		this.differences = 0;
+		this.answered = []; // refusals of what this page itself sent
+		this.panel = E('div', { 'class': 'frruci-state' });
+	},
+
+	refresh: function() {
+		return Promise.all([
+			L.resolveDefault(callStatus(), {}),
+			L.resolveDefault(callDiff([ this.page.config ]), {})
+		]).then(L.bind(function(answers) {
+			this.status = answers[0];
+			this.differences = answers[1].differences || 0;
+			this.update();
+		}, this));
+	},
+
+	refused: function() {
+		var sections = uci.sections(this.page.config);
+		var page = this.page;
+
+		return answers.ofProtocol(this.status, page.config).concat(this.answered).map(function(refusal) {
+			return { text: answers.tell(refusal), place: answers.locate(page, refusal, sections) };
+		});
+	},
+
+	update: function() {
+		this.markRefused();
+		dom.content(this.panel, this.notes());
+	},
+
+	notes: function() {
+		var state = answers.stateOf(this.status, this.page);
+		var homeless = this.refused().filter(function(one) { return !one.place; });
+		var notes = [ E('p', { 'class': state.state == 'fault' ? 'alert-message warning' : null }, [
+			E('strong', { 'class': 'frruci-' + state.state }, [ state.text ])
+		]) ];
+
+		if (this.status.watch && !this.status.watch.running && state.state != 'off')
+			notes.push(E('div', { 'class': 'alert-message warning' }, [
+				_('Saved changes are not sent to the router by themselves: the service "frruci" does not run.') ]));
+		if (this.differences > 0)
+			notes.push(this.differenceNote());
+		homeless.forEach(function(one) {
+			notes.push(E('div', { 'class': 'alert-message warning' }, [ one.text ]));
+		});
+		return notes;
+	},
+
+	differenceNote: function() {
+		return E('div', { 'class': 'alert-message notice' }, [
+			E('p', {}, [ _('The router does not run what is stored. Differences: %d.').format(this.differences) ]),
+			E('button', { 'class': 'btn cbi-button', 'click': ui.createHandlerFn(this, function() {
+				return showDiff(this.page);
+			}) }, [ _('Show') ]), ' ',
+			E('button', { 'class': 'btn cbi-button cbi-button-apply', 'disabled': !L.hasViewPermission() || null,
+				'click': ui.createHandlerFn(this, 'applyNow') }, [ _('Apply now') ])
+		]);
+	},
+
+	applyNow: function() {
+		return callApply([ this.page.config ]).then(L.bind(function(result) {
+			(result.messages || []).forEach(function(message) {
+				ui.addNotification(null, E('p', {}, [ message ]), 'warning');
+			});
+			this.answered = [];
+			return this.refresh();
+		}, this));
+	},
+
+	// Puts the daemon's words beside the settings that it refused, in the page and in an open window.
+	markRefused: function() {
+		document.querySelectorAll('.frruci-refused').forEach(function(note) { note.remove(); });
+		this.refused().forEach(function(one) {
+			if (!one.place)
+				return;
+			document.querySelectorAll('[data-field$=".%s.%s"]'.format(one.place.section, one.place.option)).forEach(function(node) {
+				var field = node.querySelector('.cbi-value-field');
+
+				if (field)
+					field.appendChild(E('div', { 'class': 'alert-message warning frruci-refused' }, [ one.text ]));
+			});
+			document.querySelectorAll('tr[data-sid="%s"]'.format(one.place.section)).forEach(function(row) {
+				row.parentNode.insertBefore(E('tr', { 'class': 'tr frruci-refused' }, [
+					E('td', { 'class': 'td', 'colspan': row.children.length }, [
+						E('div', { 'class': 'alert-message warning' }, [ one.text ])
+					])
+				]), row.nextSibling);
+			});
+		});
+	}
+});
+
+// Keeps the router's part of the page up to date. A form that is drawn anew has lost it.
+function follow(map, router) {
+	map.renderContents = function() {
+		return form.Map.prototype.renderContents.apply(map, arguments).then(function(node) {
+			node.insertBefore(router.panel, node.querySelector('.cbi-section'));
+			router.update();
+			return node;
+		});
+	};
+	poll.add(L.bind(router.refresh, router), kPollSeconds);
+	return router.refresh().then(L.bind(map.render, map));
+}
+
+// The methods of the view of a page whose settings the page itself stores.
+function viewOf(page) {
+	return {
+		load: function() {
+			return Promise.all([ L.resolveDefault(callInterfaces(), {}), uci.load(page.config) ]);
+		},
+
+		render: function(loaded) {
+			var map = this.map = new form.Map(page.config, page.title, page.help);
+			var router = this.router = new Router(page, loaded[0].addressable || []);
+
+			complete(page, router);
+			page.sections.forEach(function(table) { addSection(map, table, router); });
+			return follow(map, router);
+		},
+
+		handleSave: function(ev) {
+			var status = this.map.lookupOption('status', 'global')[0];
+			var goesOff = uci.get(page.config, 'global', 'status') == 'on' && status.formvalue('global') != 'on';
+			var losers = goesOff ? answers.losers(this.router.status, page.config) : [];
+			var save = L.bind(view.prototype.handleSave, this, ev);
+
+			return losers.length ? confirmOff(page, losers).then(save) : save();
+		}
+	};
+}
+
+return baseclass.extend({
+	viewOf: viewOf,
+	addSection: addSection,
+	follow: follow,
+	Router: Router
+});
