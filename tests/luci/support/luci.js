@@ -5,6 +5,7 @@ var checks = 0;
 var failures = [];
 
 var modules = {};
+var texts = {}; // of the files that a test reads
 
 // Makes a module known; it runs when it is first required.
 function define(name, classes, body) {

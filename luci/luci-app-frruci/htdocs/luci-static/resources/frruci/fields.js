@@ -13,7 +13,8 @@
 //   above                  the option that it has to be greater than
 //   words                  how the daemon's command begins that sets it
 //   column, tab            a column of the list; the tab in the window of the list's entry
-//   hidden                 stored, but nothing to choose
+//   fixed, hidden          shown in the list alone; stored, but nothing to choose
+//   optional               may be left empty
 //   set, unset             NHRP: the phrase that sets it and the one that takes it away, the value comes after it
 
 'use strict';
@@ -45,7 +46,7 @@ var ospf = {
 				{ option: 'ip', title: _('Network'), kind: 'network', mask: 'wildcard_mask', wildcard: true, least: 1,
 				  words: 'network', column: true, help: _('Address and length, for example 192.168.1.0/24.') },
 				{ option: 'area_id', title: _('Area'), kind: 'number', min: 0, max: 4294967295, preset: '0', column: true,
-				  help: _('The part of the whole that the network belongs to. Routers on the same cable need the same area; 0 is the middle one.') }
+				  help: _('Routers on the same network need the same area. With one area only it is 0.') }
 			]
 		},
 		{
@@ -54,7 +55,7 @@ var ospf = {
 			help: _('Only for interfaces that need other settings than the usual ones.'),
 			tabs: [ [ 'general', _('General') ], [ 'timers', _('Timers') ], [ 'authentication', _('Authentication') ] ],
 			fields: [
-				{ option: 'interface', title: _('Interface'), kind: 'name', column: true, tab: 'general' },
+				{ option: 'interface', title: _('Interface'), kind: 'name', column: true, fixed: true, tab: 'general' },
 				{ option: 'ns', title: _('Side'), kind: 'choice', preset: 'wan', tab: 'general',
 				  choices: [ [ 'wan', _('WAN') ], [ 'lan', _('LAN') ] ], help: _('The side of the router that the interface is on.') },
 				{ option: 'cost', title: _('Cost'), kind: 'number', min: 1, max: 65535, preset: '10', words: 'ip ospf cost',
@@ -166,7 +167,7 @@ var rip = {
 			help: _('Only for interfaces that need other settings than the usual ones.'),
 			tabs: [ [ 'general', _('General') ], [ 'authentication', _('Authentication') ] ],
 			fields: [
-				{ option: 'interface', title: _('Interface'), kind: 'name', column: true, tab: 'general' },
+				{ option: 'interface', title: _('Interface'), kind: 'name', column: true, fixed: true, tab: 'general' },
 				{ option: 'split_horizon_mode', title: _('Split horizon'), kind: 'choice', preset: 'split_horizon',
 				  words: 'ip rip split-horizon', column: true, tab: 'general',
 				  help: _('What a neighbour hears of the routes that came from it.'),
@@ -245,7 +246,7 @@ var nhrp = {
 		{
 			name: 'sdwan', type: 'nhrp', title: _('Tunnel'), context: 'interface',
 			fields: [
-				{ option: 'interface', title: _('Tunnel interface'), kind: 'name',
+				{ option: 'interface', title: _('Tunnel interface'), kind: 'name', optional: true,
 				  help: _('The GRE tunnel that NHRP runs on, for example gre1.') },
 				{ option: 'zebra_address', title: _('Tunnel address'), kind: 'prefix', words: 'ip address',
 				  set: 'ip address', unset: 'no ip address',

@@ -38,7 +38,9 @@ function bindGrid(grid, table, router) {
 	grid.addremove = true;
 	grid.nodescriptions = true;
 	grid.addbtntitle = table.add;
-	grid.modaltitle = table.title;
+	grid.modaltitle = function(section) {
+		return [ table.title, uci.get(grid.map.config, section, 'interface') ].filter(Boolean).join(': ');
+	};
 	grid.renderSectionPlaceholder = function() {
 		return E('em', {}, [ table.empty ]);
 	};
@@ -145,10 +147,11 @@ function bindNetwork(option, field, table, router) {
 }
 
 function bindField(option, field, table, router) {
-	option.rmempty = !!field.set;
+	option.rmempty = !!field.optional || !!field.set;
 	option.default = field.preset;
 	option.password = field.kind == 'key';
-	option.modalonly = !field.column && !table.name;
+	if (!table.name)
+		option.modalonly = field.fixed ? false : !field.column || null; // false: in the list alone
 	if (field.kind == 'switch') {
 		option.enabled = field.on;
 		option.disabled = field.off;
@@ -176,8 +179,7 @@ function bindField(option, field, table, router) {
 }
 
 function addField(section, field, table, router) {
-	var isFixed = field.kind == 'name' && !table.name;
-	var widget = isFixed ? form.DummyValue : kWidgets[field.kind] || form.Value;
+	var widget = kWidgets[field.kind] || form.Value;
 	var option = field.tab ? section.taboption(field.tab, widget, field.option, field.title, values.describe(field))
 	                       : section.option(widget, field.option, field.title, values.describe(field));
 

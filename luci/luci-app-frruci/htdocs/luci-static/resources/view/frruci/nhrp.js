@@ -141,7 +141,11 @@ return view.extend({
 		return map.save(null, true).then(L.bind(function() {
 			var after = settings(map.data.get('json', kSection));
 
-			return send(phrases.between(allFields(), before, after));
+			var calls = phrases.between(allFields(), before, after);
+
+			if (calls.length > 0 && !after.interface)
+				throw new Error(_('Enter the tunnel interface.'));
+			return send(calls);
 		}, this)).then(L.bind(this.sent, this), function(error) {
 			ui.addNotification(null, E('p', {}, [ error.message ]), 'warning');
 		});
