@@ -48,7 +48,10 @@ function bindGrid(grid, table, router) {
 		return kGrid.renderMoreOptionsModal.apply(grid, arguments).then(L.bind(router.markRefused, router));
 	};
 	grid.handleModalSave = function(map, ev) {
-		return map.parse().then(L.bind(kGrid.handleModalSave, grid, map, ev), function(error) {
+		return map.parse().then(function() {
+			// The page is drawn anew from what is stored: what was entered in it goes there first.
+			return grid.map.parse().catch(function() {}).then(L.bind(kGrid.handleModalSave, grid, map, ev));
+		}, function(error) {
 			map.root.querySelectorAll('.frruci-unsaved').forEach(function(note) { note.remove(); });
 			map.root.appendChild(E('div', { 'class': 'alert-message error frruci-unsaved' }, [ error.message ]));
 		});
