@@ -86,7 +86,7 @@ same(answers.losers(status, 'rip'), []);
 same(answers.losers({ daemons: [], others: [ 'bgpd' ] }, 'rip'), [ 'bgpd' ]);
 same(answers.losers({}, 'ospf'), []);
 
-same(answers.stateOf(status, fields.ospf), { state: 'on', text: 'OSPF is running.' });
+same(answers.stateOf(status, fields.ospf), { state: 'on', text: 'OSPF is running' });
 same(answers.stateOf(status, fields.rip), { state: 'fault', text: 'RIP is switched on, but ripd does not run.' });
-same(answers.stateOf(status, fields.nhrp), { state: 'off', text: 'NHRP is switched off.' });
-same(answers.stateOf({}, fields.nhrp), { state: 'off', text: 'NHRP is switched off.' });
+same(answers.stateOf(status, fields.nhrp), { state: 'off', text: 'NHRP is switched off' });
+same(answers.stateOf({}, fields.nhrp), { state: 'off', text: 'NHRP is switched off' });

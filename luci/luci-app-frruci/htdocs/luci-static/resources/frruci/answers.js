@@ -96,10 +96,10 @@ function stateOf(status, page) {
 	var protocol = (status.protocols || {})[page.config] || {};
 
 	if (protocol.running)
-		return { state: 'on', text: _('%s is running.').format(page.title) };
+		return { state: 'on', text: _('%s is running').format(page.title) };
 	if (protocol.stored == 'on')
 		return { state: 'fault', text: _('%s is switched on, but %s does not run.').format(page.title, page.daemon) };
-	return { state: 'off', text: _('%s is switched off.').format(page.title) };
+	return { state: 'off', text: _('%s is switched off').format(page.title) };
 }
 
 return baseclass.extend({

@@ -20,6 +20,8 @@ var callApply = rpc.declare({ object: 'frruci', method: 'apply', params: [ 'prot
 
 var kPollSeconds = 5;
 
+var kStateClasses = { on: 'label success', off: 'label', fault: 'alert-message warning' };
+
 var kWidgets = { choice: form.ListValue, 'switch': form.Flag };
 
 // The interfaces that the library can address and that have no section yet.
@@ -31,6 +33,16 @@ function freeInterfaces(config, router) {
 
 // Own methods of one list; what is theirs is called by its class, since LuCI's super() counts from the object's class.
 var kGrid = form.GridSection.prototype;
+
+// The first value of a window that cannot be stored, and why.
+function faultIn(section) {
+	var id = section.cfgsections()[0];
+	var option = section.children.filter(function(one) {
+		return one.isActive(id) && (!one.isValid(id) || (!one.rmempty && !one.formvalue(id)));
+	})[0];
+
+	return option ? '%s: %s'.format(option.title, option.getValidationError(id) || _('Must not be empty.')) : null;
+}
 
 // A list whose entries are edited in a window. What keeps an entry from being saved is said in the window.
 function bindGrid(grid, table, router) {
@@ -48,13 +60,13 @@ function bindGrid(grid, table, router) {
 		return kGrid.renderMoreOptionsModal.apply(grid, arguments).then(L.bind(router.markRefused, router));
 	};
 	grid.handleModalSave = function(map, ev) {
-		return map.parse().then(function() {
-			// The page is drawn anew from what is stored: what was entered in it goes there first.
-			return grid.map.parse().catch(function() {}).then(L.bind(kGrid.handleModalSave, grid, map, ev));
-		}, function(error) {
-			map.root.querySelectorAll('.frruci-unsaved').forEach(function(note) { note.remove(); });
-			map.root.appendChild(E('div', { 'class': 'alert-message error frruci-unsaved' }, [ error.message ]));
-		});
+		var fault = faultIn(map.children[0]);
+
+		map.root.querySelectorAll('.frruci-unsaved').forEach(function(note) { note.remove(); });
+		if (fault)
+			return map.root.appendChild(E('div', { 'class': 'alert-message error frruci-unsaved' }, [ fault ]));
+		// The page is drawn anew from what is stored: what was entered in it goes there first.
+		return grid.map.parse().catch(function() {}).then(L.bind(kGrid.handleModalSave, grid, map, ev));
 	};
 }
 
@@ -298,16 +310,18 @@ var Router = baseclass.extend({
 
 	notes: function() {
 		var state = answers.stateOf(this.status, this.page);
-		var homeless = this.refused().filter(function(one) { return !one.place; });
-		var notes = [ E('p', { 'class': state.state == 'fault' ? 'alert-message warning' : null }, [
-			E('strong', { 'class': 'frruci-' + state.state }, [ state.text ])
-		]) ];
+		var refused = this.refused();
+		var homeless = refused.filter(function(one) { return !one.place; });
+		var notes = [ E(state.state == 'fault' ? 'div' : 'span', { 'class': kStateClasses[state.state] }, [ state.text ]) ];
 
 		if (this.status.watch && !this.status.watch.running && state.state != 'off')
 			notes.push(E('div', { 'class': 'alert-message warning' }, [
 				_('Saved changes are not sent to the router by themselves: the service "frruci" does not run.') ]));
 		if (this.differences > 0)
 			notes.push(this.differenceNote());
+		if (refused.length > homeless.length)
+			notes.push(E('div', { 'class': 'alert-message warning' }, [
+				_('Refused settings, marked below: %d.').format(refused.length - homeless.length) ]));
 		homeless.forEach(function(one) {
 			notes.push(E('div', { 'class': 'alert-message warning' }, [ one.text ]));
 		});

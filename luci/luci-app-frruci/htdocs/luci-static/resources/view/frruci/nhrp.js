@@ -12,6 +12,7 @@
 'require frruci.fields as fields';
 'require frruci.page as page';
 'require frruci.phrases as phrases';
+'require frruci.values as values';
 
 var callCache = rpc.declare({ object: 'frruci', method: 'nhrp_cache' });
 var callHandler = rpc.declare({ object: 'frruci', method: 'call', params: [ 'handler', 'words' ] });
@@ -33,12 +34,12 @@ function allFields() {
 
 // What is set, by option; a setting that is off is stored as 0.
 function settings(section) {
-	return allFields().reduce(function(values, field) {
+	return allFields().reduce(function(set, field) {
 		var value = section ? section[field.option] : null;
 
 		if (phrases.isSet(value))
-			values[field.option] = value;
-		return values;
+			set[field.option] = value;
+		return set;
 	}, {});
 }
 
@@ -50,24 +51,25 @@ function tunnels() {
 }
 
 // What no phrase takes away cannot be switched off; the tunnel's name is stored once, for good.
-function holdFixed(map, stored) {
+function limitOf(field, value) {
+	if (field.option == 'interface')
+		return phrases.isSet(value) ? _('Stored for good; only the file /etc/config/nhrp can change it.') : null;
+	if (!phrases.isFixed(field, value))
+		return null;
+	return field.kind == 'switch' ? _('Cannot be switched off from here.') : _('Can be replaced, but not removed.');
+}
+
+// Makes the form show what is stored.
+function fill(map, stored) {
 	fields.nhrp.sections.forEach(function(table, position) {
 		table.fields.forEach(function(field) {
 			var option = map.children[position].getOption(field.option);
-			var isName = field.option == 'interface';
+			var limit = limitOf(field, stored[field.option]);
 
-			if (isName)
-				tunnels().forEach(function(name) { option.value(name); });
-			if (isName && phrases.isSet(stored.interface)) {
-				option.readonly = true;
-				option.description += ' ' + _('Stored for good; only the router\'s file /etc/config/nhrp can change it.');
-			}
-			if (phrases.isFixed(field, stored[field.option])) {
-				option.readonly = field.kind == 'switch' || map.readonly;
-				option.rmempty = false;
-				option.description += ' ' + (field.kind == 'switch' ? _('Cannot be switched off from here.')
-				                                                    : _('Can be replaced, but not removed.'));
-			}
+			option.readonly = map.readonly || (!!limit && (!field.set || field.kind == 'switch'));
+			option.rmempty = !limit;
+			option.description = [ values.describe(field), limit ].filter(Boolean).join(' ');
+			map.data.set('json', kSection, field.option, stored[field.option]);
 		});
 	});
 }
@@ -87,15 +89,21 @@ function cacheTable(cache) {
 	})));
 }
 
-// One after the other: a new address comes when the old one is gone. Resolves to what was refused.
+// One after the other: a new address comes when the old one is gone. Resolves to the answers.
 function send(calls) {
 	return calls.reduce(function(before, call) {
-		return before.then(function(refused) {
-			return callHandler(call.handler, call.words).then(function(result) {
-				return refused.concat(result.refused || []);
-			});
+		return before.then(function(answers) {
+			return callHandler(call.handler, call.words).then(function(answer) { return answers.concat(answer); });
 		});
 	}, Promise.resolve([]));
+}
+
+function joined(answers, list) {
+	return answers.reduce(function(all, answer) { return all.concat(answer[list] || []); }, []);
+}
+
+function warn(text) {
+	ui.addNotification(null, E('p', {}, [ text ]), 'warning');
 }
 
 return view.extend({
@@ -107,11 +115,12 @@ return view.extend({
 		var table = fields.nhrp;
 		var cache = E('div', {}, [ cacheTable(loaded[0]) ]);
 		var router = this.router = new page.Router(table, []);
-		var map = this.map = new form.JSONMap({ sdwan: settings(uci.get('nhrp', kSection)) }, table.title, table.help);
+		var map = this.map = new form.JSONMap({ sdwan: {} }, table.title, table.help);
 
 		map.readonly = !L.hasViewPermission();
 		table.sections.forEach(function(section) { page.addSection(map, section, router); });
-		holdFixed(map, settings(uci.get('nhrp', kSection)));
+		tunnels().forEach(function(name) { map.children[0].getOption('interface').value(name); });
+		fill(map, settings(uci.get('nhrp', kSection)));
 		poll.add(function() {
 			return L.resolveDefault(callCache(), {}).then(function(answer) { dom.content(cache, cacheTable(answer)); });
 		}, kPollSeconds);
@@ -136,37 +145,35 @@ return view.extend({
 
 	handleSave: function() {
 		var map = this.map;
-		var before = settings(uci.get('nhrp', kSection));
+		var calls = [];
 
-		return map.save(null, true).then(L.bind(function() {
+		return map.save(function() {
+			var before = settings(uci.get('nhrp', kSection));
 			var after = settings(map.data.get('json', kSection));
 
-			var calls = phrases.between(allFields(), before, after);
-
+			calls = phrases.between(allFields(), before, after);
 			if (calls.length > 0 && !after.interface)
 				throw new Error(_('Enter the tunnel interface.'));
-			return send(calls);
-		}, this)).then(L.bind(this.sent, this), function(error) {
-			ui.addNotification(null, E('p', {}, [ error.message ]), 'warning');
-		});
+		}).then(function() { return send(calls); }).then(L.bind(this.sent, this));
 	},
 
-	// A daemon that did not run is started by applying what was stored.
-	sent: function(refused) {
-		var isRunning = this.router.status.protocols && this.router.status.protocols.nhrp.running;
-		var started = isRunning ? Promise.resolve() : L.resolveDefault(callApply([ 'nhrp' ]));
+	// A daemon that did not run could take nothing; applying what was stored starts it.
+	sent: function(answers) {
+		var router = this.router, map = this.map;
+		var isRunning = !!(router.status.protocols && router.status.protocols.nhrp.running);
 
-		this.router.answered = isRunning ? refused : [];
+		router.answered = isRunning ? joined(answers, 'refused') : [];
+		if (isRunning)
+			joined(answers, 'messages').forEach(warn);
 		uci.unload('nhrp');
-		return started.then(function() {
+		return (isRunning || answers.length == 0 ? Promise.resolve() : L.resolveDefault(callApply([ 'nhrp' ]))).then(function() {
 			return uci.load('nhrp');
-		}).then(L.bind(function() {
+		}).then(function() {
 			if (!uci.get('nhrp', kSection))
-				ui.addNotification(null, E('p', {}, [
-					_('Sent, but not stored: /etc/config/nhrp has no section "%s".').format(kSection) ]), 'warning');
-			holdFixed(this.map, settings(uci.get('nhrp', kSection)));
-			return this.router.refresh();
-		}, this));
+				warn(_('Sent, but not stored: /etc/config/nhrp has no section "%s".').format(kSection));
+			fill(map, settings(uci.get('nhrp', kSection)));
+			return map.load();
+		}).then(function() { return map.reset(); }).then(function() { return router.refresh(); });
 	},
 
 	restart: function() {
