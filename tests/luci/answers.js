@@ -89,4 +89,4 @@ same(answers.losers({}, 'ospf'), []);
 same(answers.stateOf(status, fields.ospf), { state: 'on', text: 'OSPF is running' });
 same(answers.stateOf(status, fields.rip), { state: 'fault', text: 'RIP is switched on, but ripd does not run.' });
 same(answers.stateOf(status, fields.nhrp), { state: 'off', text: 'NHRP is switched off' });
-same(answers.stateOf({}, fields.nhrp), { state: 'off', text: 'NHRP is switched off' });
+same(answers.stateOf({}, fields.nhrp), { state: 'fault', text: 'The state is not known: frruci does not answer.' });

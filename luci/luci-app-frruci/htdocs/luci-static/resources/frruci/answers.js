@@ -93,8 +93,10 @@ function losers(status, protocol) {
 
 // How the protocol is, in one line: { state: 'on' | 'off' | 'fault', text }.
 function stateOf(status, page) {
-	var protocol = (status.protocols || {})[page.config] || {};
+	var protocol = (status.protocols || {})[page.config];
 
+	if (!protocol)
+		return { state: 'fault', text: _('The state is not known: frruci does not answer.') };
 	if (protocol.running)
 		return { state: 'on', text: _('%s is running').format(page.title) };
 	if (protocol.stored == 'on')

@@ -46,7 +46,7 @@ var ospf = {
 				{ option: 'ip', title: _('Network'), kind: 'network', mask: 'wildcard_mask', wildcard: true, least: 1,
 				  words: 'network', column: true, help: _('Address and length, for example 192.168.1.0/24.') },
 				{ option: 'area_id', title: _('Area'), kind: 'number', min: 0, max: 4294967295, preset: '0', column: true,
-				  help: _('Routers on the same network need the same area. With one area only it is 0.') }
+				  help: _('Routers on the same network need the same area.') }
 			]
 		},
 		{

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: Apache-2.0
-// A form from a table of fields, and beside it what the router says: its state, what it refused, what is not applied.
+// A form from a table of fields, with what the router says beside it.
 
 'use strict';
 'require baseclass';
-'require dom';
 'require form';
 'require poll';
 'require rpc';
@@ -12,15 +11,11 @@
 'require view';
 'require frruci.values as values';
 'require frruci.answers as answers';
+'require frruci.state as state';
 
-var callStatus = rpc.declare({ object: 'frruci', method: 'status' });
 var callInterfaces = rpc.declare({ object: 'frruci', method: 'interfaces' });
-var callDiff = rpc.declare({ object: 'frruci', method: 'diff', params: [ 'protocols' ] });
-var callApply = rpc.declare({ object: 'frruci', method: 'apply', params: [ 'protocols' ] });
 
 var kPollSeconds = 5;
-
-var kStateClasses = { on: 'label success', off: 'label', fault: 'alert-message warning' };
 
 var kWidgets = { choice: form.ListValue, 'switch': form.Flag };
 
@@ -120,38 +115,47 @@ function validate(field, table, option, section, value) {
 }
 
 // What the router offers for a field: [ value, label ].
-function offers(field, router) {
-	if (field.kind == 'network')
-		return values.ownNetworks(router.addressable).map(function(network) {
-			return [ network[0], '%s (%s)'.format(network[0], network[1]) ];
-		});
-	if (field.kind == 'router')
-		return router.addressable.filter(function(one) { return one.address; }).map(function(one) {
-			var address = one.address.split('/')[0];
-
-			return [ address, '%s (%s)'.format(address, one.name) ];
-		});
-	return [];
+function offersOf(field, router) {
+	return field.kind != 'network' ? [] : values.ownNetworks(router.addressable).map(function(network) {
+		return [ network[0], '%s (%s)'.format(network[0], network[1]) ];
+	});
 }
 
-function bindNetwork(option, field, table, router) {
-	option.load = function(section) {
-		var get = L.bind(this.map.data.get, this.map.data, this.map.config);
-		var show = function(sid) {
-			return values.showNetwork(get(sid, field.option), get(sid, field.mask), field.wildcard);
-		};
-		var used = this.map.data.sections(this.map.config, table.type).filter(function(one) {
-			return one['.name'] != section;
-		}).map(function(one) { return show(one['.name']); });
+// Buttons below the input that fill it in. A choice among them would lose what is typed and not confirmed.
+function showOffers(option) {
+	option.renderWidget = function(section, index, value) {
+		var widget = form.Value.prototype.renderWidget.call(this, section, index, value);
+		var input = widget.querySelector('input');
+		var isReadonly = (this.readonly != null) ? this.readonly : this.map.readonly;
 
-		this.keylist = [];
-		this.vallist = [];
-		offers(field, router).forEach(L.bind(function(offer) {
-			if (used.indexOf(offer[0]) == -1)
-				this.value(offer[0], offer[1]);
-		}, this));
-		this.default = this.keylist[0];
-		return show(section);
+		return E('div', {}, [ widget ].concat((isReadonly ? [] : this.offers).map(function(offer) {
+			return E('button', {
+				'class': 'btn cbi-button',
+				'style': 'margin:.3em .3em 0 0',
+				'click': function(ev) {
+					ev.preventDefault();
+					input.value = offer[0];
+					input.dispatchEvent(new Event('change'));
+				}
+			}, [ offer[1] ]);
+		})));
+	};
+}
+
+function bindNetwork(option, field, table) {
+	var offers = option.offers;
+
+	option.load = function(section) {
+		var shown = {};
+
+		this.map.data.sections(this.map.config, table.type).forEach(function(one) {
+			shown[one['.name']] = values.showNetwork(one[field.option], one[field.mask], field.wildcard);
+		});
+		this.offers = offers.filter(function(offer) {
+			return !Object.keys(shown).some(function(name) { return name != section && shown[name] == offer[0]; });
+		});
+		this.default = this.offers.length ? this.offers[0][0] : null;
+		return shown[section];
 	};
 	option.write = function(section, value) {
 		var network = values.readNetwork(value);
@@ -171,9 +175,10 @@ function bindField(option, field, table, router) {
 		option.enabled = field.on;
 		option.disabled = field.off;
 	}
-	(field.choices || offers(field, router)).forEach(function(choice) {
-		option.value(choice[0], choice[1]);
-	});
+	(field.choices || []).forEach(function(choice) { option.value(choice[0], choice[1]); });
+	option.offers = offersOf(field, router);
+	if (!kWidgets[field.kind] && field.kind != 'key')
+		showOffers(option);
 	Object.keys(field.when || {}).forEach(function(other) {
 		field.when[other].forEach(function(value) { option.depends(other, value); });
 	});
@@ -190,7 +195,7 @@ function bindField(option, field, table, router) {
 		return text ? '%h'.format(text) : null;
 	};
 	if (field.kind == 'network')
-		bindNetwork(option, field, table, router);
+		bindNetwork(option, field, table);
 }
 
 function addField(section, field, table, router) {
@@ -234,25 +239,6 @@ function complete(page, router) {
 		uci.set('ospf', 'global', 'router_id', values.suggestRouterId(router.addressable) || '0.0.0.0');
 }
 
-function diffLine(line) {
-	var colors = { '+': 'color:#2e9e4f', '-': 'color:#e0483e' };
-
-	return E('span', { 'style': colors[line.sign] || null }, [ '%s %s\n'.format(line.sign, line.text) ]);
-}
-
-function showDiff(page) {
-	return callDiff([ page.config ]).then(function(diff) {
-		ui.showModal(_('Stored, but not running'), [
-			E('p', {}, [ _('A line with + is still to be sent to %s, a line with - is to go.').format(page.daemon) ]),
-			E('pre', { 'style': 'overflow:auto; max-height:60vh' },
-				diff.lines.length ? diff.lines.map(diffLine) : [ _('The router runs what is stored.') ]),
-			E('div', { 'class': 'button-row' }, [
-				E('button', { 'class': 'btn cbi-button', 'click': ui.hideModal }, [ _('Close') ])
-			])
-		]);
-	});
-}
-
 function confirmOff(page, losers) {
 	return new Promise(function(resolve, reject) {
 		var close = function(decide, value) {
@@ -272,111 +258,12 @@ function confirmOff(page, losers) {
 	});
 }
 
-// The router as the page knows it, and the part of the page that shows it.
-var Router = baseclass.extend({
-	__init__: function(page, addressable) {
-		this.page = page;
-		this.addressable = addressable;
-		this.status = {};
-		this.differences = 0;
-		this.answered = []; // refusals of what this page itself sent
-		this.panel = E('div', { 'class': 'frruci-state' });
-	},
-
-	refresh: function() {
-		return Promise.all([
-			L.resolveDefault(callStatus(), {}),
-			L.resolveDefault(callDiff([ this.page.config ]), {})
-		]).then(L.bind(function(answers) {
-			this.status = answers[0];
-			this.differences = answers[1].differences || 0;
-			this.update();
-		}, this));
-	},
-
-	refused: function() {
-		var sections = uci.sections(this.page.config);
-		var page = this.page;
-
-		return answers.ofProtocol(this.status, page.config).concat(this.answered).map(function(refusal) {
-			return { text: answers.tell(refusal), place: answers.locate(page, refusal, sections) };
-		});
-	},
-
-	update: function() {
-		this.markRefused();
-		dom.content(this.panel, this.notes());
-	},
-
-	notes: function() {
-		var state = answers.stateOf(this.status, this.page);
-		var refused = this.refused();
-		var homeless = refused.filter(function(one) { return !one.place; });
-		var notes = [ E(state.state == 'fault' ? 'div' : 'span', { 'class': kStateClasses[state.state] }, [ state.text ]) ];
-
-		if (this.status.watch && !this.status.watch.running && state.state != 'off')
-			notes.push(E('div', { 'class': 'alert-message warning' }, [
-				_('Saved changes are not sent to the router by themselves: the service "frruci" does not run.') ]));
-		if (this.differences > 0)
-			notes.push(this.differenceNote());
-		if (refused.length > homeless.length)
-			notes.push(E('div', { 'class': 'alert-message warning' }, [
-				_('Refused settings, marked below: %d.').format(refused.length - homeless.length) ]));
-		homeless.forEach(function(one) {
-			notes.push(E('div', { 'class': 'alert-message warning' }, [ one.text ]));
-		});
-		return notes;
-	},
-
-	differenceNote: function() {
-		return E('div', { 'class': 'alert-message notice' }, [
-			E('p', {}, [ _('The router does not run what is stored. Differences: %d.').format(this.differences) ]),
-			E('button', { 'class': 'btn cbi-button', 'click': ui.createHandlerFn(this, function() {
-				return showDiff(this.page);
-			}) }, [ _('Show') ]), ' ',
-			E('button', { 'class': 'btn cbi-button cbi-button-apply', 'disabled': !L.hasViewPermission() || null,
-				'click': ui.createHandlerFn(this, 'applyNow') }, [ _('Apply now') ])
-		]);
-	},
-
-	applyNow: function() {
-		return callApply([ this.page.config ]).then(L.bind(function(result) {
-			(result.messages || []).forEach(function(message) {
-				ui.addNotification(null, E('p', {}, [ message ]), 'warning');
-			});
-			this.answered = [];
-			return this.refresh();
-		}, this));
-	},
-
-	// Puts the daemon's words beside the settings that it refused, in the page and in an open window.
-	markRefused: function() {
-		document.querySelectorAll('.frruci-refused').forEach(function(note) { note.remove(); });
-		this.refused().forEach(function(one) {
-			if (!one.place)
-				return;
-			document.querySelectorAll('[data-field$=".%s.%s"]'.format(one.place.section, one.place.option)).forEach(function(node) {
-				var field = node.querySelector('.cbi-value-field');
-
-				if (field)
-					field.appendChild(E('div', { 'class': 'alert-message warning frruci-refused' }, [ one.text ]));
-			});
-			document.querySelectorAll('tr[data-sid="%s"]'.format(one.place.section)).forEach(function(row) {
-				row.parentNode.insertBefore(E('tr', { 'class': 'tr frruci-refused' }, [
-					E('td', { 'class': 'td', 'colspan': row.children.length }, [
-						E('div', { 'class': 'alert-message warning' }, [ one.text ])
-					])
-				]), row.nextSibling);
-			});
-		});
-	}
-});
-
 // Keeps the router's part of the page up to date. A form that is drawn anew has lost it.
 function follow(map, router) {
 	map.renderContents = function() {
 		return form.Map.prototype.renderContents.apply(map, arguments).then(function(node) {
 			node.insertBefore(router.panel, node.querySelector('.cbi-section'));
+			router.form = node;
 			router.update();
 			return node;
 		});
@@ -394,7 +281,7 @@ function viewOf(page) {
 
 		render: function(loaded) {
 			var map = this.map = new form.Map(page.config, page.title, page.help);
-			var router = this.router = new Router(page, loaded[0].addressable || []);
+			var router = this.router = new state.Router(page, loaded[0].addressable || []);
 
 			complete(page, router);
 			page.sections.forEach(function(table) { addSection(map, table, router); });
@@ -415,6 +302,5 @@ function viewOf(page) {
 return baseclass.extend({
 	viewOf: viewOf,
 	addSection: addSection,
-	follow: follow,
-	Router: Router
+	follow: follow
 });

@@ -12,6 +12,7 @@
 'require frruci.fields as fields';
 'require frruci.page as page';
 'require frruci.phrases as phrases';
+'require frruci.state as state';
 'require frruci.values as values';
 
 var callCache = rpc.declare({ object: 'frruci', method: 'nhrp_cache' });
@@ -114,12 +115,12 @@ return view.extend({
 	render: function(loaded) {
 		var table = fields.nhrp;
 		var cache = E('div', {}, [ cacheTable(loaded[0]) ]);
-		var router = this.router = new page.Router(table, []);
+		var router = this.router = new state.Router(table, []);
 		var map = this.map = new form.JSONMap({ sdwan: {} }, table.title, table.help);
 
 		map.readonly = !L.hasViewPermission();
 		table.sections.forEach(function(section) { page.addSection(map, section, router); });
-		tunnels().forEach(function(name) { map.children[0].getOption('interface').value(name); });
+		map.children[0].getOption('interface').offers = tunnels().map(function(name) { return [ name, name ]; });
 		fill(map, settings(uci.get('nhrp', kSection)));
 		poll.add(function() {
 			return L.resolveDefault(callCache(), {}).then(function(answer) { dom.content(cache, cacheTable(answer)); });
