@@ -46,3 +46,5 @@ same(all.filter(function(field) { return phrases.isFixed(field, '1'); }).map(fun
 	'multicast_nflog_group'
 ]);
 same(all.some(function(field) { return phrases.isFixed(field, '0') || phrases.isFixed(field, null); }), false);
+
+same(phrases.linkCall('gre1', 'tunnel add', 'a', 'b'), { handler: 'process_nhrp_interface', words: [ 'x', 'gre1', 'tunnel', 'add', 'a', 'b' ] });

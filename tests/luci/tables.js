@@ -82,12 +82,12 @@ rowsAfter('docs/rip.md', '## Store').forEach(function(row) {
 	same(sorted(optionsOf(fields.nhrp, 'nhrp')), sorted(options.concat([ 'interface', 'redirect', 'shortcut' ])), 'nhrp');
 })();
 
-// Phrases that the handler knows, and all of them but those of spoke links, which nothing stores.
+// The phrases that the handler knows.
 (function() {
 	var known = rowsAfter('docs/nhrp.md', '## Phrases').map(function(row) {
 		return quoted(row[0])[0].replace(/( [A-Z])+$/, '');
-	}).filter(function(phrase) { return !/^tunnel (add|connect|del)/.test(phrase); });
-	var used = [];
+	});
+	var used = require('frruci.phrases').links.map(function(link) { return link[0]; });
 
 	eachField(function(field, section, page) {
 		if (page === fields.nhrp && field.handler != 'process_nhrp_global')

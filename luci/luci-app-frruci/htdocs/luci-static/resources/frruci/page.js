@@ -239,20 +239,21 @@ function complete(page, router) {
 		uci.set('ospf', 'global', 'router_id', values.suggestRouterId(router.addressable) || '0.0.0.0');
 }
 
+// Resolves to whether the protocol shall be switched off although others lose their routes.
 function confirmOff(page, losers) {
-	return new Promise(function(resolve, reject) {
-		var close = function(decide, value) {
+	return new Promise(function(resolve) {
+		var close = function(isWanted) {
 			return function() {
 				ui.hideModal();
-				decide(value);
+				resolve(isWanted);
 			};
 		};
 
 		ui.showModal(_('Switch off %s?').format(page.title), [
 			E('p', {}, [ _('With %s its base "zebra" ends too, and these lose their routes: %s.').format(page.title, losers.join(', ')) ]),
 			E('div', { 'class': 'button-row' }, [
-				E('button', { 'class': 'btn cbi-button', 'click': close(reject, new Error(_('Not saved.'))) }, [ _('Cancel') ]), ' ',
-				E('button', { 'class': 'btn cbi-button cbi-button-negative important', 'click': close(resolve) }, [ _('Switch off') ])
+				E('button', { 'class': 'btn cbi-button', 'click': close(false) }, [ _('Cancel') ]), ' ',
+				E('button', { 'class': 'btn cbi-button cbi-button-negative important', 'click': close(true) }, [ _('Switch off') ])
 			])
 		]);
 	});
@@ -288,13 +289,23 @@ function viewOf(page) {
 			return follow(map, router);
 		},
 
+		// Resolves to whether it was saved.
 		handleSave: function(ev) {
 			var status = this.map.lookupOption('status', 'global')[0];
 			var goesOff = uci.get(page.config, 'global', 'status') == 'on' && status.formvalue('global') != 'on';
 			var losers = goesOff ? answers.losers(this.router.status, page.config) : [];
 			var save = L.bind(view.prototype.handleSave, this, ev);
 
-			return losers.length ? confirmOff(page, losers).then(save) : save();
+			return (losers.length ? confirmOff(page, losers) : Promise.resolve(true)).then(function(isWanted) {
+				return isWanted && save().then(function() { return true; });
+			});
+		},
+
+		handleSaveApply: function(ev, mode) {
+			return this.handleSave(ev).then(function(isSaved) {
+				if (isSaved)
+					ui.changes.apply(mode == '0');
+			});
 		}
 	};
 }

@@ -44,7 +44,16 @@ function between(fields, before, after) {
 	}, []);
 }
 
+// What can be done to a link between two spokes, whose ends come after it.
+var kLinkPhrases = [ [ 'tunnel add', _('Add') ], [ 'tunnel connect', _('Connect') ], [ 'tunnel del', _('Remove') ] ];
+
+function linkCall(tunnel, phrase, one, other) {
+	return { handler: 'process_nhrp_interface', words: [ 'x', tunnel ].concat(phrase.split(' '), one, other) };
+}
+
 return baseclass.extend({
+	links: kLinkPhrases,
+	linkCall: linkCall,
 	isSet: isSet,
 	isFixed: isFixed,
 	between: between

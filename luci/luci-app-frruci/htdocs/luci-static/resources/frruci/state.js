@@ -13,12 +13,13 @@ var callStatus = rpc.declare({ object: 'frruci', method: 'status' });
 var callDiff = rpc.declare({ object: 'frruci', method: 'diff', params: [ 'protocols' ] });
 var callApply = rpc.declare({ object: 'frruci', method: 'apply', params: [ 'protocols' ] });
 
+var kRoundsOfDiff = 4;
 var kLabels = { on: 'label success', off: 'label' };
 
 function diffLine(line) {
 	var colors = { '+': 'color:#2e9e4f', '-': 'color:#e0483e' };
 
-	return E('span', { 'style': colors[line.sign] || null }, [ '%s %s\n'.format(line.sign, line.text) ]);
+	return E('span', { 'style': colors[line.sign] || null }, [ '%s%s\n'.format(line.sign, line.text) ]);
 }
 
 function showDiff(page) {
@@ -44,15 +45,19 @@ var Router = baseclass.extend({
 		this.addressable = addressable;
 		this.status = {};
 		this.differences = 0;
+		this.rounds = 0;
 		this.answered = []; // refusals of what this page itself sent
 		this.form = null; // what the map draws; it is not yet in the document when it is first drawn
 		this.panel = E('div', { 'class': 'frruci-state' });
 	},
 
+	// A difference costs the router a rehearsal of the whole replay: it is asked for less often, unless one is shown.
 	refresh: function() {
+		var isDue = this.differences > 0 || this.rounds++ % kRoundsOfDiff == 0;
+
 		return Promise.all([
 			L.resolveDefault(callStatus(), {}),
-			L.resolveDefault(callDiff([ this.page.config ]), {})
+			isDue ? L.resolveDefault(callDiff([ this.page.config ]), {}) : { differences: 0 }
 		]).then(L.bind(function(answers) {
 			this.status = answers[0];
 			this.differences = answers[1].differences || 0;
@@ -107,6 +112,7 @@ var Router = baseclass.extend({
 				ui.addNotification(null, E('p', {}, [ message ]), 'warning');
 			});
 			this.answered = [];
+			this.rounds = 0;
 			return this.refresh();
 		}, this));
 	},

@@ -16,11 +16,12 @@
 'require frruci.values as values';
 
 var callCache = rpc.declare({ object: 'frruci', method: 'nhrp_cache' });
-var callHandler = rpc.declare({ object: 'frruci', method: 'call', params: [ 'handler', 'words' ] });
+var callHandler = rpc.declare({ object: 'frruci', method: 'call', params: [ 'handler', 'words' ], reject: true });
 var callApply = rpc.declare({ object: 'frruci', method: 'apply', params: [ 'protocols' ] });
 
 var kPollSeconds = 5;
 var kSection = 'sdwan';
+var kInline = 'width:auto; margin:.2em .2em .2em 0';
 
 var kColumns = [
 	[ 'protocol', _('Tunnel address') ],
@@ -94,9 +95,37 @@ function cacheTable(cache) {
 function send(calls) {
 	return calls.reduce(function(before, call) {
 		return before.then(function(answers) {
-			return callHandler(call.handler, call.words).then(function(answer) { return answers.concat(answer); });
+			return callHandler(call.handler, call.words).catch(function(error) {
+				return { messages: [ error.message ] };
+			}).then(function(answer) { return answers.concat(answer); });
 		});
 	}, Promise.resolve([]));
+}
+
+function isWord(text) {
+	return text != '' && values.check({ kind: 'text' }, text) === true;
+}
+
+// Two words and what to do with them, for onSend.
+function linkForm(onSend) {
+	var phrase = E('select', { 'class': 'cbi-input-select', 'style': kInline, 'aria-label': _('What to do') },
+		phrases.links.map(function(link) { return E('option', { 'value': link[0] }, [ link[1] ]); }));
+	var ends = [ _('One end'), _('Other end') ].map(function(end) {
+		return E('input', { 'type': 'text', 'class': 'cbi-input-text', 'style': kInline, 'placeholder': end, 'aria-label': end });
+	});
+	var sendBoth = function() {
+		var bad = ends.filter(function(end) { return !isWord(end.value.trim()); });
+
+		ends.forEach(function(end) { end.classList.toggle('cbi-input-invalid', bad.indexOf(end) != -1); });
+		return bad.length == 0 && onSend(phrase.value, ends[0].value.trim(), ends[1].value.trim());
+	};
+
+	return E('p', {}, [ phrase ].concat(ends, E('button', {
+		'class': 'btn cbi-button',
+		'style': kInline,
+		'disabled': !L.hasViewPermission() || null,
+		'click': ui.createHandlerFn(null, sendBoth)
+	}, [ _('Send') ])));
 }
 
 function joined(answers, list) {
@@ -104,7 +133,7 @@ function joined(answers, list) {
 }
 
 function warn(text) {
-	ui.addNotification(null, E('p', {}, [ text ]), 'warning');
+	ui.addNotification(null, E('p', {}, [ text ]), 'warning').scrollIntoView({ block: 'center' });
 }
 
 return view.extend({
@@ -140,6 +169,11 @@ return view.extend({
 					'disabled': !L.hasViewPermission() || null,
 					'click': ui.createHandlerFn(this, 'restart')
 				}, [ _('Restart NHRP') ]) ])
+			]),
+			E('div', { 'class': 'cbi-section' }, [
+				E('h3', {}, [ _('Links between spokes') ]),
+				E('div', { 'class': 'cbi-section-descr' }, [ _('Sent as entered, and not stored. FRRouting\'s own nhrpd refuses them; they are for one that knows them.') ]),
+				linkForm(L.bind(this.sendLink, this))
 			])
 		]);
 	},
@@ -174,7 +208,22 @@ return view.extend({
 				warn(_('Sent, but not stored: /etc/config/nhrp has no section "%s".').format(kSection));
 			fill(map, settings(uci.get('nhrp', kSection)));
 			return map.load();
-		}).then(function() { return map.reset(); }).then(function() { return router.refresh(); });
+		}).then(function() {
+			return map.reset();
+		}).then(function() {
+			return router.refresh();
+		}).then(function() {
+			if (router.answered.length > 0)
+				router.panel.scrollIntoView({ block: 'center' });
+		});
+	},
+
+	sendLink: function(phrase, one, other) {
+		var tunnel = uci.get('nhrp', kSection, 'interface');
+
+		if (!phrases.isSet(tunnel))
+			return warn(_('Enter the tunnel interface, and save.'));
+		return send([ phrases.linkCall(tunnel, phrase, one, other) ]).then(L.bind(this.sent, this));
 	},
 
 	restart: function() {
