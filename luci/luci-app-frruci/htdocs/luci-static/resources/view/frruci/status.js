@@ -9,6 +9,7 @@
 'require dom';
 'require frruci.status as words';
 'require frruci.status_banners as banners';
+'require frruci.status_parts as parts';
 'require frruci.topology as topology';
 'require frruci.topology_layout as layout';
 'require frruci.topology_svg as drawing';
@@ -18,14 +19,6 @@ var kDiffEvery = 10;    // looks; the difference takes the router longer than th
 
 // What is asked at each look; a failure leaves the last answer standing.
 var kMethods = [ 'status', 'neighbors', 'database', 'interfaces', 'rip', 'nhrp_cache' ];
-
-// Signs that tell the kinds apart without colour.
-var kSigns = {
-	good: '<circle class="full" cx="8" cy="8" r="6"/>',
-	busy: '<circle cx="8" cy="8" r="6"/><path class="full" d="M8,2a6,6 0 0 1 0,12z"/>',
-	idle: '<circle cx="8" cy="8" r="6"/>',
-	bad: '<path d="M3,3L13,13M13,3L3,13"/>'
-};
 
 var kButtons = {
 	diff: { text: _('Show the difference'), handler: 'handleDiff', style: '' },
@@ -45,98 +38,6 @@ kMethods.concat('diff', 'apply', 'doctor').forEach(function(method) {
 
 function now() {
 	return Date.now() / 1000;
-}
-
-// The page of a protocol lies beside this one.
-function pageUrl(name) {
-	return L.url.apply(L, L.env.dispatchpath.slice(0, -1).concat(name));
-}
-
-function badge(kind, word, title) {
-	var sign = E('span', { 'class': 'frruci-badge frruci-' + kind, title: title || null });
-
-	sign.innerHTML = '<svg viewBox="0 0 16 16" aria-hidden="true">' + kSigns[kind] + '</svg>';
-	sign.appendChild(document.createTextNode(word));
-	return sign;
-}
-
-function pageLink(name, text) {
-	return E('a', { href: pageUrl(name) }, [ text ]);
-}
-
-function empty(why) {
-	return E('p', { 'class': 'frruci-empty' }, why.page ? [ why.text, ' ', pageLink(why.page, why.link) ] : [ why.text ]);
-}
-
-function cell(content, title) {
-	var child = content.badge ? badge(content.badge.kind, content.badge.word, content.badge.title)
-		: content.strong ? E('strong', [ content.text ]) : content.text;
-
-	return E('td', { 'class': 'td', 'data-title': title, title: content.title || null }, [ child ]);
-}
-
-// A table, or WHY there is none.
-function table(titles, rows, why) {
-	if (rows.length == 0)
-		return empty(why);
-	return E('table', { 'class': 'table' }, [
-		E('tr', { 'class': 'tr table-titles' }, titles.map(function(title) {
-			return E('th', { 'class': 'th' }, [ title ]);
-		}))
-	].concat(rows.map(function(row) {
-		return E('tr', { 'class': 'tr' }, row.map(function(content, i) {
-			return cell(content, titles[i]);
-		}));
-	})));
-}
-
-function heading(name, facts) {
-	return [ E('h3', [ name ]) ].concat(facts.length == 0 ? [] : E('div', { 'class': 'frruci-facts' }, facts.map(function(fact) {
-		return E('span', [ E('span', { 'class': 'frruci-quiet' }, [ fact.title ]), ' ', fact.text ]);
-	})));
-}
-
-function card(content) {
-	return E('div', { 'class': 'frruci-card frruci-' + content.kind }, [
-		E('div', [ content.page ? pageLink(content.page, content.title) : content.title ]),
-		badge(content.kind, content.word),
-		E('div', { 'class': 'frruci-quiet' }, [ content.detail ])
-	].concat(content.lines.map(function(line) {
-		return E('div', [ line ]);
-	})));
-}
-
-// Makes NODE look like WANTED and touches only what differs, so that nothing flickers and a selection stays.
-function mend(node, wanted) {
-	var i;
-
-	if (node.nodeType != wanted.nodeType || node.nodeName != wanted.nodeName) {
-		node.parentNode.replaceChild(wanted, node);
-		return;
-	}
-	if (node.nodeType == Node.TEXT_NODE) {
-		if (node.data != wanted.data)
-			node.data = wanted.data;
-		return;
-	}
-	for (i = node.attributes.length - 1; i >= 0; i--)
-		if (!wanted.hasAttribute(node.attributes[i].name))
-			node.removeAttribute(node.attributes[i].name);
-	for (i = 0; i < wanted.attributes.length; i++)
-		if (node.getAttribute(wanted.attributes[i].name) != wanted.attributes[i].value)
-			node.setAttribute(wanted.attributes[i].name, wanted.attributes[i].value);
-	mendChildren(node, Array.prototype.slice.call(wanted.childNodes));
-}
-
-function mendChildren(node, wanted) {
-	wanted.forEach(function(child, i) {
-		if (node.childNodes[i])
-			mend(node.childNodes[i], child);
-		else
-			node.appendChild(child);
-	});
-	while (node.childNodes.length > wanted.length)
-		node.removeChild(node.lastChild);
 }
 
 function dialog(title, content) {
@@ -183,9 +84,9 @@ return view.extend({
 	},
 
 	look: function() {
-		var methods = this.looks++ % kDiffEvery == 0 ? kMethods.concat('diff') : kMethods;
+		var isDue = this.looks++ % kDiffEvery == 0 || this.failures.diff != null;
 
-		return Promise.all(methods.map(this.ask, this)).then(this.note.bind(this));
+		return Promise.all((isDue ? kMethods.concat('diff') : kMethods).map(this.ask, this)).then(this.note.bind(this));
 	},
 
 	// What must be remembered from one look to the next.
@@ -207,7 +108,7 @@ return view.extend({
 
 	show: function() {
 		this.showBanners();
-		this.part('cards', [ 'status' ], this.answers.status ? words.cards(this.answers.status, this.answers, now()).map(card) : []);
+		this.part('cards', [ 'status' ], this.answers.status ? words.cards(this.answers.status, this.answers, now()).map(parts.card) : []);
 		this.part('ospf', [ 'neighbors', 'database', 'interfaces' ], this.ospf());
 		this.part('rip', [ 'rip' ], this.rip());
 		this.part('nhrp', [ 'nhrp_cache' ], this.nhrp());
@@ -220,7 +121,7 @@ return view.extend({
 		}, this);
 
 		this.parts[name].classList.toggle('frruci-old', old);
-		mendChildren(this.parts[name], content);
+		parts.mendChildren(this.parts[name], content);
 	},
 
 	// Banners have buttons: they are made anew, and only when they say something new.
@@ -238,7 +139,7 @@ return view.extend({
 
 	banner: function(banner) {
 		return E('div', { 'class': 'frruci-banner frruci-' + banner.kind, role: banner.kind == 'bad' ? 'alert' : 'status' }, [
-			badge(banner.kind, banner.title),
+			parts.badge(banner.kind, banner.title),
 			E('div', [ banner.text ]),
 			banner.refused ? E('ul', { 'class': 'frruci-refused' }, banner.refused.map(function(entry) {
 				return E('li', [ entry.where, E('code', [ entry.command ]), E('code', [ entry.answer ]) ]);
@@ -278,7 +179,7 @@ return view.extend({
 	handleDoctor: function() {
 		return calls.doctor().then(function(answer) {
 			dialog(_('What the doctor finds'), [ E('div', { 'class': 'frruci frruci-findings' }, [
-				table([ _('Finding'), _('Subject'), _('What it is') ], banners.findings(answer).map(function(finding) {
+				parts.table([ _('Finding'), _('Subject'), _('What it is') ], banners.findings(answer).map(function(finding) {
 					return [ { badge: finding }, { text: finding.subject, strong: true }, { text: finding.text } ];
 				}), { text: _('Nothing was found.') })
 			]) ]);
@@ -304,7 +205,7 @@ return view.extend({
 			return about.name == name;
 		})[0].title;
 
-		return why ? heading(title, []).concat(empty(why)) : heading(title, facts).concat(content());
+		return why ? parts.heading(title, []).concat(parts.empty(why)) : parts.heading(title, facts).concat(content());
 	},
 
 	ospf: function() {
@@ -314,10 +215,10 @@ return view.extend({
 		return this.protocol('ospf', neighbors, facts, function() {
 			return this.areas().concat([
 				E('h4', [ _('Neighbours') ]),
-				table([ _('Router id'), _('State'), _('Uptime'), _('Interface'), _('Address'), _('Role'), _('Priority'), _('Dead in') ],
+				parts.table([ _('Router id'), _('State'), _('Uptime'), _('Interface'), _('Address'), _('Role'), _('Priority'), _('Dead in') ],
 					words.neighborRows(neighbors), words.noNeighbor(interfaces)),
 				E('h4', [ _('Interfaces') ]),
-				table([ _('Interface'), _('Link'), _('Address'), _('Area'), _('State'), _('Type'), _('Cost'), _('Hello / dead'), _('Neighbours') ],
+				parts.table([ _('Interface'), _('Link'), _('Address'), _('Area'), _('State'), _('Type'), _('Cost'), _('Hello / dead'), _('Neighbours') ],
 					words.interfaceRows(interfaces), { text: _('OSPF runs on no interface yet.'), page: 'ospf', link: _('Choose its networks') })
 			]);
 		}.bind(this));
@@ -329,7 +230,7 @@ return view.extend({
 		if (!database || !database.running)
 			return [];
 		if (!(database.areas || []).length)
-			return [ empty({ text: _('The database is empty: OSPF is in no area yet.') }) ];
+			return [ parts.empty({ text: _('The database is empty: OSPF is in no area yet.') }) ];
 		return [].concat.apply([], database.areas.map(this.area, this));
 	},
 
@@ -363,13 +264,13 @@ return view.extend({
 		return this.protocol('rip', rip, words.ripFacts(rip), function() {
 			return [
 				E('h4', [ _('Interfaces') ]),
-				table([ _('Interface'), _('Sends version'), _('Receives version'), _('Authentication') ],
+				parts.table([ _('Interface'), _('Sends version'), _('Receives version'), _('Authentication') ],
 					words.ripInterfaceRows(rip), { text: _('RIP runs on no interface yet.'), page: 'rip', link: _('Choose its networks') }),
 				E('h4', [ _('Learnt from') ]),
-				table([ _('Router'), _('Last heard'), _('Bad packets'), _('Bad routes'), _('Distance') ],
+				parts.table([ _('Router'), _('Last heard'), _('Bad packets'), _('Bad routes'), _('Distance') ],
 					words.ripSourceRows(rip), { text: _('No other router was heard yet.') }),
 				E('h4', [ _('Routes') ]),
-				table([ _('Network'), _('Next hop'), _('Metric'), _('From') ],
+				parts.table([ _('Network'), _('Next hop'), _('Metric'), _('From') ],
 					words.ripRouteRows(rip), { text: _('No route is known yet.') })
 			];
 		});
@@ -380,16 +281,16 @@ return view.extend({
 
 		return this.protocol('nhrp', cache, [], function() {
 			return [ E('h4', [ _('Cache') ]),
-				table([ _('Tunnel address'), _('Outer address'), _('Interface'), _('Type'), _('Flags'), _('Identity') ],
+				parts.table([ _('Tunnel address'), _('Outer address'), _('Interface'), _('Type'), _('Flags'), _('Identity') ],
 					words.nhrpRows(cache), { text: _('The cache is empty: no peer is known yet.') }) ];
 		});
 	},
 
 	render: function() {
-		var parts = this.parts = {}, resized, page;
+		var shown = this.parts = {}, resized, page;
 
 		function part(name, style, attributes) {
-			return parts[name] = E('div', Object.assign({ 'class': style, id: 'frruci-' + name }, attributes));
+			return shown[name] = E('div', Object.assign({ 'class': style, id: 'frruci-' + name }, attributes));
 		}
 
 		page = E('div', { 'class': 'frruci' }, [
