@@ -12,6 +12,7 @@ from selenium import webdriver
 from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support import expected_conditions
 from selenium.webdriver.support.ui import Select
 
 HERE = os.path.dirname(os.path.abspath(__file__))
@@ -28,6 +29,10 @@ FIND_TAB = """
 PROTOCOLS = ("ospf", "rip", "nhrp")
 
 
+class CommandFailed(Exception):
+    """A command on a router ended with another status than 0."""
+
+
 def wait(what, condition, seconds=60):
     """Returns the condition's first true value."""
     deadline = time.monotonic() + seconds
@@ -37,8 +42,8 @@ def wait(what, condition, seconds=60):
             value = condition()
             if value:
                 return value
-        except (WebDriverException, OSError, subprocess.CalledProcessError) as error:
-            last = error
+        except (CommandFailed, OSError, WebDriverException) as error:
+            last = str(error).partition("Stacktrace")[0]
         time.sleep(0.1)
     raise AssertionError(f"not within {seconds} seconds: {what}" + (f" ({last})" if last else ""))
 
@@ -55,7 +60,7 @@ class Router:
             self.entrance + list(command), stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, check=False
         )
         if done.returncode != 0:
-            raise AssertionError(f"{command} ended with {done.returncode}: {done.stdout}")
+            raise CommandFailed(f"{command} ended with {done.returncode}: {done.stdout}")
         return done.stdout
 
     def openwrt(self, *command):
@@ -83,9 +88,12 @@ class Router:
         self.openwrt("reload_config")
         self.run(FRRUCI, "apply")
 
-    def processes(self, name):
-        listed = self.run("ps", "-w")
-        return [int(line.split()[0]) for line in listed.splitlines() if re.search(rf"\s{name} --vty_socket", line)]
+    def signal(self, name, command):
+        """To the processes whose command line has this in it."""
+        listed = self.run("ps", "-w").splitlines()
+        found = [line.split()[0] for line in listed if command in line]
+        assert found, f"{command} does not run"
+        self.run("kill", f"-{name}", *found)
 
     def ask(self, session, verb, *params):
         body = {"jsonrpc": "2.0", "id": 1, "method": verb, "params": [session, *params]}
@@ -200,12 +208,20 @@ class Browser:
 
     def choose(self, css, start):
         """The entry of a list whose text begins so."""
-        box = Select(wait(f"the list {css}", lambda: self.find(css))[0])
-        box.select_by_visible_text(next(one.text for one in box.options if one.text.startswith(start)))
+
+        def attempt():
+            box = Select(self.find(css)[0])
+            box.select_by_visible_text(next(one.text for one in box.options if one.text.startswith(start)))
+            return True
+
+        wait(f"{start} in {css}", lambda: self.find(css) and attempt())
 
     def save_window(self):
-        self.click("#modal_overlay .cbi-button-positive, #modal_overlay .cbi-button-save")
+        """The page is drawn anew when it closes."""
+        drawn = self.driver.find_element(By.CSS_SELECTOR, "#view .cbi-section")
+        self.click("#modal_overlay .cbi-button-positive")
         wait("the window to close", lambda: not self.find("#modal_overlay .cbi-map"))
+        wait("the new page", lambda: expected_conditions.staleness_of(drawn)(self.driver))
 
     def save_and_apply(self):
         self.click(".cbi-page-actions .cbi-button-apply")
