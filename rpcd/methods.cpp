@@ -21,15 +21,15 @@ constexpr Argument kHandler = {"handler", Type::kText, true, nullptr};
 constexpr Argument kWords = {"words", Type::kTexts, false, nullptr};
 
 constexpr Method kMethods[] = {
-    {"status",     Alone::kNo, status,     {}                },
-    {"neighbors",  Alone::kNo, neighbors,  {}                },
-    {"database",   Alone::kNo, database,   {}                },
-    {"interfaces", Alone::kNo, interfaces, {}                },
-    {"rip",        Alone::kNo, rip,        {}                },
-    {"nhrp_cache", Alone::kNo, nhrpCache,  {}                },
-    {"diff",       Alone::kNo, diff,       {kProtocols}      },
+    {"status",     Alone::kNo,  status,     {}                },
+    {"neighbors",  Alone::kNo,  neighbors,  {}                },
+    {"database",   Alone::kNo,  database,   {}                },
+    {"interfaces", Alone::kNo,  interfaces, {}                },
+    {"rip",        Alone::kNo,  rip,        {}                },
+    {"nhrp_cache", Alone::kNo,  nhrpCache,  {}                },
+    {"diff",       Alone::kNo,  diff,       {kProtocols}      },
     {"apply",      Alone::kYes, apply,      {kProtocols}      },
-    {"doctor",     Alone::kNo, doctor,     {}                },
+    {"doctor",     Alone::kNo,  doctor,     {}                },
     {"call",       Alone::kYes, call,       {kHandler, kWords}},
 };
 
