@@ -83,10 +83,13 @@ same(answers.ofProtocol({}, 'rip'), []);
 // zebra ends with ospfd unless ripd runs, and the other way round.
 same(answers.losers(status, 'ospf'), [ 'bgpd', 'nhrpd' ]);
 same(answers.losers(status, 'rip'), []);
-same(answers.losers({ daemons: [], others: [ 'bgpd' ] }, 'rip'), [ 'bgpd' ]);
+same(answers.losers({ daemons: [], others: [ 'bgpd' ], protocols: { rip: { stored: 'on', running: false } } }, 'rip'), [ 'bgpd' ]);
+same(answers.losers({ daemons: [], others: [ 'bgpd' ], protocols: { rip: { stored: 'off', running: true } } }, 'rip'), [ 'bgpd' ]);
+same(answers.losers({ daemons: [], others: [ 'bgpd' ], protocols: { rip: { stored: 'off', running: false } } }, 'rip'), []);
 same(answers.losers({}, 'ospf'), []);
 
 same(answers.stateOf(status, fields.ospf), { state: 'on', text: 'OSPF is running' });
 same(answers.stateOf(status, fields.rip), { state: 'fault', text: 'RIP is switched on, but ripd does not run.' });
-same(answers.stateOf(status, fields.nhrp), { state: 'off', text: 'NHRP is switched off' });
+same(answers.stateOf(status, fields.nhrp), { state: 'off', text: 'NHRP is not set up' });
+same(answers.stateOf({ protocols: { rip: { stored: 'off', running: false } } }, fields.rip), { state: 'off', text: 'RIP is switched off' });
 same(answers.stateOf({}, fields.nhrp), { state: 'fault', text: 'The state is not known: frruci does not answer.' });

@@ -145,7 +145,7 @@ same(values.describe(field(fields.nhrp, 'nhrp', 'network_id')), 'Switches NHRP o
 same(values.describe(ospf('interface', 'simple_key')),
      'Sent unencrypted: it keeps out mistakes, not attackers. At most 8 characters, no spaces.');
 
-same(values.show(ospf('interface', 'hello'), '10'), '10 seconds');
+same(values.show(ospf('interface', 'hello'), '10'), '10 s');
 same(values.show(ospf('interface', 'cost'), '10'), '10');
 same(values.show(ospf('interface', 'passive'), '1'), 'Yes');
 same(values.show(ospf('interface', 'passive'), '0'), 'No');

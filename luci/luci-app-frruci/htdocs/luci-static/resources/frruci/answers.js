@@ -86,6 +86,10 @@ function isRunning(status, name) {
 
 // Who loses zebra when the protocol is switched off: zebra stays while the other of ospfd and ripd runs, for nobody else.
 function losers(status, protocol) {
+	var own = (status.protocols || {})[protocol] || {};
+
+	if (own.stored != 'on' && !own.running)
+		return [];
 	if (isRunning(status, protocol == 'ospf' ? 'ripd' : 'ospfd'))
 		return [];
 	return (status.others || []).concat(isRunning(status, 'nhrpd') ? [ 'nhrpd' ] : []);
@@ -101,7 +105,7 @@ function stateOf(status, page) {
 		return { state: 'on', text: _('%s is running').format(page.title) };
 	if (protocol.stored == 'on')
 		return { state: 'fault', text: _('%s is switched on, but %s does not run.').format(page.title, page.daemon) };
-	return { state: 'off', text: _('%s is switched off').format(page.title) };
+	return { state: 'off', text: (protocol.stored == 'off' ? _('%s is switched off') : _('%s is not set up')).format(page.title) };
 }
 
 return baseclass.extend({

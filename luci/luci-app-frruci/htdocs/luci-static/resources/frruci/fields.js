@@ -20,8 +20,8 @@
 'use strict';
 'require baseclass';
 
-var kSeconds = _('seconds');
-var kMilliseconds = _('milliseconds');
+var kSeconds = { name: _('seconds'), sign: 's' };
+var kMilliseconds = { name: _('milliseconds'), sign: 'ms' };
 
 var ospf = {
 	config: 'ospf',

@@ -39,6 +39,11 @@ function faultIn(section) {
 	return option ? '%s: %s'.format(option.title, option.getValidationError(id) || _('Must not be empty.')) : null;
 }
 
+// A list that has changed is drawn anew with the page: what was entered in it has to be known before, but for what is wrong.
+function keepEntered(map) {
+	return map.parse().catch(function() {});
+}
+
 // A list whose entries are edited in a window. What keeps an entry from being saved is said in the window.
 function bindGrid(grid, table, router) {
 	grid.anonymous = true;
@@ -51,6 +56,13 @@ function bindGrid(grid, table, router) {
 	grid.renderSectionPlaceholder = function() {
 		return E('em', {}, [ table.empty ]);
 	};
+	grid.renderRowActions = function(section) {
+		var cell = kGrid.renderRowActions.call(grid, section);
+
+		if (grid.map.readonly)
+			cell.querySelector('.cbi-button-edit').textContent = _('Show');
+		return cell;
+	};
 	grid.renderMoreOptionsModal = function() {
 		return kGrid.renderMoreOptionsModal.apply(grid, arguments).then(L.bind(router.markRefused, router));
 	};
@@ -60,8 +72,12 @@ function bindGrid(grid, table, router) {
 		map.root.querySelectorAll('.frruci-unsaved').forEach(function(note) { note.remove(); });
 		if (fault)
 			return map.root.appendChild(E('div', { 'class': 'alert-message error frruci-unsaved' }, [ fault ]));
-		// The page is drawn anew from what is stored: what was entered in it goes there first.
-		return grid.map.parse().catch(function() {}).then(L.bind(kGrid.handleModalSave, grid, map, ev));
+		return keepEntered(grid.map).then(L.bind(kGrid.handleModalSave, grid, map, ev));
+	};
+	grid.handleRemove = function(section) {
+		uci.remove(grid.map.config, section);
+		return keepEntered(grid.map).then(L.bind(uci.save, uci)).then(L.bind(grid.map.load, grid.map))
+			.then(L.bind(grid.map.reset, grid.map));
 	};
 }
 
@@ -264,8 +280,7 @@ function follow(map, router) {
 	map.renderContents = function() {
 		return form.Map.prototype.renderContents.apply(map, arguments).then(function(node) {
 			node.insertBefore(router.panel, node.querySelector('.cbi-section'));
-			router.form = node;
-			router.update();
+			router.draw(node);
 			return node;
 		});
 	};
@@ -291,9 +306,8 @@ function viewOf(page) {
 
 		// Resolves to whether it was saved.
 		handleSave: function(ev) {
-			var status = this.map.lookupOption('status', 'global')[0];
-			var goesOff = uci.get(page.config, 'global', 'status') == 'on' && status.formvalue('global') != 'on';
-			var losers = goesOff ? answers.losers(this.router.status, page.config) : [];
+			var isOff = this.map.lookupOption('status', 'global')[0].formvalue('global') != 'on';
+			var losers = isOff ? answers.losers(this.router.status, page.config) : [];
 			var save = L.bind(view.prototype.handleSave, this, ev);
 
 			return (losers.length ? confirmOff(page, losers) : Promise.resolve(true)).then(function(isWanted) {

@@ -47,7 +47,8 @@ var Router = baseclass.extend({
 		this.differences = 0;
 		this.rounds = 0;
 		this.answered = []; // refusals of what this page itself sent
-		this.form = null; // what the map draws; it is not yet in the document when it is first drawn
+		this.form = null; // as it was drawn last; it may not be in the document yet
+		this.shown = null;
 		this.panel = E('div', { 'class': 'frruci-state' });
 	},
 
@@ -58,9 +59,9 @@ var Router = baseclass.extend({
 		return Promise.all([
 			L.resolveDefault(callStatus(), {}),
 			isDue ? L.resolveDefault(callDiff([ this.page.config ]), {}) : { differences: 0 }
-		]).then(L.bind(function(answers) {
-			this.status = answers[0];
-			this.differences = answers[1].differences || 0;
+		]).then(L.bind(function(told) {
+			this.status = told[0];
+			this.differences = told[1].differences || 0;
 			this.update();
 		}, this));
 	},
@@ -74,7 +75,19 @@ var Router = baseclass.extend({
 		});
 	},
 
+	draw: function(form) {
+		this.form = form;
+		this.shown = null;
+		this.update();
+	},
+
+	// Leaves alone what has not changed: somebody may be about to press a button.
 	update: function() {
+		var news = JSON.stringify([ answers.stateOf(this.status, this.page), this.status.watch, this.differences, this.refused() ]);
+
+		if (news == this.shown)
+			return;
+		this.shown = news;
 		this.markRefused();
 		dom.content(this.panel, this.notes());
 	},

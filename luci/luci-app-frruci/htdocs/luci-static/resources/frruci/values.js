@@ -180,7 +180,7 @@ function describe(field) {
 	var parts = [ field.help ];
 
 	if (field.kind == 'number')
-		parts.push(field.unit ? _('%d to %d %s.').format(field.min, field.max, field.unit)
+		parts.push(field.unit ? _('%d to %d %s.').format(field.min, field.max, field.unit.name)
 		                      : _('%d to %d.').format(field.min, field.max));
 	if (field.kind == 'key')
 		parts.push(_('At most %d characters, no spaces.').format(field.max));
@@ -195,7 +195,7 @@ function show(field, value) {
 		return (value == field.on) ? _('Yes') : _('No');
 	if (field.kind == 'choice')
 		return (field.choices.filter(function(choice) { return choice[0] == value; })[0] || [ 0, value ])[1];
-	return (value && field.unit) ? '%s %s'.format(value, field.unit) : value;
+	return (value && field.unit) ? '%s %s'.format(value, field.unit.sign) : value;
 }
 
 // Which networks the router's own interfaces are in, once each: [ '10.1.2.0/24', 'eth1.2' ].
