@@ -100,7 +100,7 @@ var Router = baseclass.extend({
 
 		return [
 			state.state == 'fault' ? warning(state.text)
-			                       : E('p', {}, [ E('span', { 'class': kLabels[state.state] }, [ state.text ]) ]),
+			                       : E('p', {}, [ E('span', { 'class': kLabels[state.state], 'style': 'text-transform:none' }, [ state.text ]) ]),
 			isSilent ? warning(_('Saved changes are not sent by themselves: the service "frruci" does not run.')) : '',
 			this.differences > 0 ? this.differenceNote() : '',
 			refused.length > homeless.length
