@@ -35,8 +35,19 @@ function showDiff(page) {
 	});
 }
 
-function warning(text, mark) {
-	return E('div', { 'class': [ 'alert-message warning', mark ].filter(Boolean).join(' ') }, [ text ]);
+function warning(text) {
+	return E('div', { 'class': 'alert-message warning' }, [ text ]);
+}
+
+// A refusal below a setting, and below an entry of a list.
+function below(text) {
+	return E('div', { 'class': 'frruci-refused', 'style': 'margin-top:.5em' }, [ warning(text) ]);
+}
+
+function rowBelow(row, text) {
+	return E('tr', { 'class': 'tr frruci-refused' }, [
+		E('td', { 'class': 'td', 'colspan': row.children.length }, [ warning(text) ])
+	]);
 }
 
 var Router = baseclass.extend({
@@ -138,11 +149,9 @@ var Router = baseclass.extend({
 			root.querySelectorAll('.frruci-refused').forEach(function(note) { note.remove(); });
 			refused.forEach(function(one) {
 				root.querySelectorAll('[data-field$=".%s.%s"] > .cbi-value-field'.format(one.place.section, one.place.option))
-					.forEach(function(field) { field.appendChild(warning(one.text, 'frruci-refused')); });
+					.forEach(function(field) { field.appendChild(below(one.text)); });
 				root.querySelectorAll('tr[data-sid="%s"]'.format(one.place.section)).forEach(function(row) {
-					row.parentNode.insertBefore(E('tr', { 'class': 'tr frruci-refused' }, [
-						E('td', { 'class': 'td', 'colspan': row.children.length }, [ warning(one.text) ])
-					]), row.nextSibling);
+					row.parentNode.insertBefore(rowBelow(row, one.text), row.nextSibling);
 				});
 			});
 		});
