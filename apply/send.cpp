@@ -244,10 +244,14 @@ Outcome applyStored(const Protocol &protocol, bool showKeys,
                     void (*hear)(const Part &part, const Sent &sent, void *context),
                     void *context) {
     beginNotes(protocol);
+    bool wasEarly = false;
     for (int i = 1;; ++i) {
         bool early = false;
         const Outcome outcome = applyOnce(protocol, showKeys, hear, context, early);
-        if (!early || i == kEarlyTries) {
+        wasEarly = wasEarly || early;
+        // What a fresh mgmtd has accepted it may lose again.
+        const bool isSure = !early && !(wasEarly && outcome == Outcome::Applied);
+        if (isSure || i == kEarlyTries) {
             endNotes(outcome);
             return outcome;
         }

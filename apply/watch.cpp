@@ -28,6 +28,9 @@ constexpr long long kSteadyMs = 60000; // who lives as long has not crashed in a
 constexpr long long kFirstDelayMs = 1000;
 constexpr long long kLongestDelayMs = 16000;
 constexpr long long kAgainMs = 5000;
+// Mgmtd may lose again what it has accepted while it meets a daemon.
+constexpr long long kLookMs = 1000;
+constexpr int kMostLooks = 5;
 constexpr int kProtocolCount = 3;
 constexpr int kDaemonCount = 5;
 
@@ -72,6 +75,7 @@ struct Kept {
     bool wasOn = false;
     bool restart = false; ///< its daemon has settings that mgmtd has lost
     long long notBefore = 0;
+    int looks = 0; ///< in a row, each after settings that were accepted
 };
 
 class Watch {
@@ -243,19 +247,31 @@ private:
             }
             return;
         }
-        if (!accepts(protocol.daemon)) {
+        if (!accepts(protocol.daemon) || (p == kRip && isManagementLost())) {
             return; // it comes, or is started
         }
         if (kept.restart) {
             kept.restart = false;
             report("starting %s anew, as mgmtd was", protocol.daemon);
             (void)startAnew(protocol); // whether it came is seen next
+            mark(p, kLookMs);
+            return; // mgmtd is to meet it first
         }
         const Outcome outcome = applyStored(protocol, false, logSent, nullptr);
         saveNotes();
         if (outcome > Outcome::Refused) {
             mark(p, kAgainMs);
+        } else if (outcome == Outcome::Applied && kept.looks < kMostLooks) {
+            ++kept.looks;
+            mark(p, kLookMs);
+        } else {
+            kept.looks = 0;
         }
+    }
+
+    /// True while mgmtd is gone that was there: ripd would refuse everything.
+    bool isManagementLost() const {
+        return watched_[kManagement].wasSeen && watched_[kManagement].fd < 0;
     }
 
     static void logSent(const Part &part, const Sent &sent, void *) {
