@@ -24,6 +24,8 @@ namespace {
 
 constexpr int kTickMs = 200;
 constexpr long long kGoneMs = 2000;
+// A killed process may close its sessions before the socket that it listens on.
+constexpr long long kEndMs = 50;
 constexpr long long kSteadyMs = 60000; // who lives as long has not crashed in a row
 constexpr long long kFirstDelayMs = 1000;
 constexpr long long kLongestDelayMs = 16000;
@@ -65,6 +67,7 @@ struct Watched {
     int fd = -1;
     bool wasSeen = false;
     long long changedAt = 0; ///< when it came or went
+    long long notBefore = 0; ///< it is looked for
     int crashes = 0;         ///< in a row
     int attempts = 0;        ///< to start it
 };
@@ -122,12 +125,13 @@ private:
         watched.fd = -1;
         watched.crashes = now - watched.changedAt < kSteadyMs ? watched.crashes + 1 : 1;
         watched.changedAt = now;
+        watched.notBefore = now + kEndMs;
         report("%s is gone", kDaemons[i].name);
     }
 
     void look() {
         for (int i = 0; i < kDaemonCount; ++i) {
-            if (watched_[i].fd < 0) {
+            if (watched_[i].fd < 0 && milliseconds() >= watched_[i].notBefore) {
                 watched_[i].fd = openConnection(kDaemons[i].name);
                 if (watched_[i].fd >= 0) {
                     meet(i);
