@@ -265,12 +265,18 @@ private:
         saveNotes();
         if (outcome > Outcome::Refused) {
             mark(p, kAgainMs);
-        } else if (outcome == Outcome::Applied && kept.looks < kMostLooks) {
+        } else if (outcome == Outcome::Applied && isManaged(p) && kept.looks < kMostLooks) {
             ++kept.looks;
             mark(p, kLookMs);
         } else {
             kept.looks = 0;
         }
+    }
+
+    /// True when mgmtd has settings of the protocol.
+    bool isManaged(int p) const {
+        return watched_[kManagement].fd >= 0 &&
+               strchr(kDaemons[kManagement].protocols, kLetters[p]) != nullptr;
     }
 
     /// True while mgmtd is gone that was there: ripd would refuse everything.
