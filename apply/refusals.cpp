@@ -35,8 +35,8 @@ struct Note {
 struct Notes {
     const Protocol *protocol; ///< whose notes are made now; null for nobody's
     host::List<Note> refused;
-    host::List<const Protocol *> applied; ///< about which the notes are complete
-    std::size_t changes[kTargets];        ///< a retry has less to send than the first try
+    host::List<const char *> applied; ///< protocols about which the notes are complete
+    std::size_t changes[kTargets];    ///< a retry has less to send than the first try
     bool areQuiet;
 };
 
@@ -117,6 +117,18 @@ bool readNote(char *line, Note &note) {
     return true;
 }
 
+/// Two numbers.
+bool readHead(const char *line, Saved &saved) {
+    char *tab = nullptr;
+    saved.time = strtoll(line, &tab, 10);
+    if (tab == line || *tab != '\t') {
+        return false;
+    }
+    char *end = nullptr;
+    saved.changes = strtoul(tab + 1, &end, 10);
+    return end != tab + 1 && *end == '\n';
+}
+
 /// False without a file.
 bool readFile(Saved &saved, host::List<Note> &list) {
     host::Text path;
@@ -128,8 +140,7 @@ bool readFile(Saved &saved, host::List<Note> &list) {
     }
     char *line = nullptr;
     std::size_t room = 0;
-    const bool begins = getline(&line, &room, file) > 0 &&
-                        sscanf(line, "%lld\t%zu", &saved.time, &saved.changes) == 2;
+    const bool begins = getline(&line, &room, file) > 0 && readHead(line, saved);
     while (begins && getline(&line, &room, file) > 0) {
         Note note = {};
         if (readNote(line, note)) {
@@ -198,7 +209,7 @@ void noteChanges(Target target, std::size_t count) {
 
 void endNotes(Outcome outcome) {
     if (outcome <= Outcome::Refused) {
-        notes.applied.add(notes.protocol);
+        notes.applied.add(notes.protocol->name);
     }
     notes.protocol = nullptr;
 }
@@ -230,8 +241,8 @@ void saveNotes() {
     host::List<Note> list;
     (void)readFile(saved, list); // nothing, then
     const std::size_t before = list.count();
-    for (const Protocol *protocol : notes.applied) {
-        drop(list, protocol->name);
+    for (const char *protocol : notes.applied) {
+        drop(list, protocol);
     }
     const bool isOver = list.count() < before;
     const bool wasSent = notedChanges() > 0 || !notes.refused.isEmpty();
