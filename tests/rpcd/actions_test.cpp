@@ -236,6 +236,9 @@ TEST_F(Actions, KeysNeverLeave) {
     stage_.answer("ospfd", "ip ospf message-digest-key 5 md5 geheim",
                   {.code = 2, .text = refusal.c_str()});
     stage_.answer("ripd", "key-string geheim", {.code = 13, .text = "% geheim is too short\n"});
+    // A member that no method passes on.
+    stage_.answer("ospfd", "show ip ospf interface json",
+                  {.text = R"({"interfaces":{"eth1.2":{"ospfEnabled":true,"key":"geheim"}}})"});
     const std::string set = R"({"handler":"process_ospf_interface",)"
                             R"("words":["eth1.2","wan","auto_type","2","5","geheim"]})";
     const std::string tooLong = R"({"handler":"process_ospf_interface",)"
@@ -254,6 +257,7 @@ TEST_F(Actions, KeysNeverLeave) {
         EXPECT_FALSE(has(outcome.errors, kKey)) << outcome.errors;
     }
     EXPECT_TRUE(has(all, "ip ospf message-digest-key 5 md5 ***")) << all;
+    EXPECT_TRUE(has(all, "\"name\":\"eth1.2\"")) << all;
     EXPECT_TRUE(has(all, "% *** is too short")) << all;
     const std::string kept = program::readFile(kApplied);
     EXPECT_TRUE(has(kept, "***"));
