@@ -30,7 +30,7 @@ constexpr long long kSteadyMs = 60000; // who lives as long has not crashed in a
 constexpr long long kFirstDelayMs = 1000;
 constexpr long long kLongestDelayMs = 16000;
 constexpr long long kAgainMs = 5000;
-// Mgmtd may lose again what it has accepted while it meets a daemon.
+// While mgmtd meets a daemon, it may lose what it has accepted, and refuse what it takes later.
 constexpr long long kLookMs = 1000;
 constexpr int kMostLooks = 5;
 constexpr int kProtocolCount = 3;
@@ -78,7 +78,7 @@ struct Kept {
     bool wasOn = false;
     bool restart = false; ///< its daemon has settings that mgmtd has lost
     long long notBefore = 0;
-    int looks = 0; ///< in a row, each after settings that were accepted
+    int looks = 0; ///< in a row, each after settings were sent
 };
 
 class Watch {
@@ -265,7 +265,7 @@ private:
         saveNotes();
         if (outcome > Outcome::Refused) {
             mark(p, kAgainMs);
-        } else if (outcome == Outcome::Applied && isManaged(p) && kept.looks < kMostLooks) {
+        } else if (outcome >= Outcome::Applied && isManaged(p) && kept.looks < kMostLooks) {
             ++kept.looks;
             mark(p, kLookMs);
         } else {
