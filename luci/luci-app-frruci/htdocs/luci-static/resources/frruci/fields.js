@@ -51,7 +51,7 @@ var ospf = {
 		},
 		{
 			type: 'interface', title: _('Interfaces'), context: 'interface', add: _('Add interface'),
-			empty: _('No interface has settings of its own: the daemon\'s defaults hold.'),
+			empty: _('No interface has settings of its own.'),
 			help: _('Only for interfaces that need other settings than the usual ones.'),
 			tabs: [ [ 'general', _('General') ], [ 'timers', _('Timers') ], [ 'authentication', _('Authentication') ] ],
 			fields: [
@@ -163,7 +163,7 @@ var rip = {
 		},
 		{
 			type: 'interface', title: _('Interfaces'), context: 'interface', add: _('Add interface'),
-			empty: _('No interface has settings of its own: the daemon\'s defaults hold.'),
+			empty: _('No interface has settings of its own.'),
 			help: _('Only for interfaces that need other settings than the usual ones.'),
 			tabs: [ [ 'general', _('General') ], [ 'authentication', _('Authentication') ] ],
 			fields: [
