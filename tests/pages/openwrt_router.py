@@ -82,11 +82,13 @@ class Router:
         return self.openwrt("uci", "-q", "get", option).strip()
 
     def empty(self):
-        """Everything off and as the package has it. What runs is ended by the service itself."""
+        """Everything off and as the package has it."""
         for name in PROTOCOLS:
             self.run("cp", f"{PACKAGE}/{name}.config", f"/etc/config/{name}")
         self.openwrt("reload_config")
         self.run(FRRUCI, "apply")
+        # Nothing but a restart ends it.
+        self.run("bash", "-c", "killall -q -KILL nhrpd || true")
 
     def signal(self, name, command):
         """To the processes whose command line has this in it."""
@@ -144,7 +146,7 @@ class Browser:
         return "\n".join(one.text for one in self.find(css))
 
     def sees(self, pattern, css="#view", seconds=60):
-        return wait(f"{pattern} in {css}", lambda: re.search(pattern, self.text(css)), seconds)
+        return wait(f"{pattern} in {css}", lambda: re.search(pattern, self.text(css), re.IGNORECASE), seconds)
 
     def log_in(self, router, user="root"):
         self.driver.delete_all_cookies()
