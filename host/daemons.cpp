@@ -36,6 +36,14 @@ bool readOf(const char *process, const char *file, char *bytes, std::size_t room
     return true;
 }
 
+/// The process namespace of a process, empty when nobody may know it.
+void spaceOf(const char *process, char (&space)[64]) {
+    char path[64];
+    (void)snprintf(path, sizeof path, "/proc/%.20s/ns/pid", process);
+    const ssize_t length = readlink(path, space, sizeof space - 1);
+    space[length < 0 ? 0 : length] = '\0';
+}
+
 /// The program leaves nothing of its words in its command line but the verb.
 bool isWatch(const char *process) {
     char words[256];
@@ -75,12 +83,20 @@ std::span<const char *const> othersOnZebra() {
 
 Processes::Processes() {
     DIR *processes = opendir("/proc");
+    char here[64];
+    spaceOf("self", here);
     for (const dirent *entry = nullptr;
          processes != nullptr && (entry = readdir(processes)) != nullptr;) {
         char name[32];
+        char space[64];
         std::size_t count = 0;
         if (*entry->d_name < '0' || *entry->d_name > '9' ||
             !readOf(entry->d_name, "comm", name, sizeof name - 1, count)) {
+            continue;
+        }
+        // What runs in a container is not on this router.
+        spaceOf(entry->d_name, space);
+        if (*space != '\0' && !equals(space, here)) {
             continue;
         }
         name[count] = '\0';
