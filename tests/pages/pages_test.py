@@ -206,13 +206,15 @@ class Pages(unittest.TestCase):
 
     def test_switching_off_warns_of_what_else_lives_on_zebra(self):
         self.both_full()
-        near.run("ripd", "-d")
+        near.run("nhrpd", "-d")
+        reader = near.session("reader")
+        wait("nhrpd", lambda: near.call(reader, "frruci", "status")[1]["protocols"]["nhrp"]["running"])
         browser.log_in(near)
         browser.open("ospf")
         browser.sees("OSPF is running")
         browser.enter("ospf.global.status", False)
         browser.click(".cbi-page-actions .cbi-button-apply")
-        browser.sees("these lose their routes: .*RIP", "#modal_overlay")
+        browser.sees("these lose their routes: nhrpd", "#modal_overlay")
         browser.click("#modal_overlay .cbi-button", "Cancel")
         self.assertEqual(near.stored("ospf.global.status"), "on")
         self.assertTrue(neighbour(near))
