@@ -361,7 +361,8 @@ TEST_F(Rip, OddInterfaceNames) {
     }
     const std::string before = near.runningConfig("ripd");
     handle(process_rip_interface, "send_version " + std::string(300, 'e') + " ripv1");
-    EXPECT_EQ(near.runningConfig("ripd"), before);
+    EXPECT_EQ(near.runningConfig("ripd"), before)
+        << near.processCount("mgmtd") << " mgmtd, " << near.processCount("ripd") << " ripd";
 }
 
 TEST_F(Rip, InternalLinks) {
