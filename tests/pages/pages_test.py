@@ -206,7 +206,7 @@ class Pages(unittest.TestCase):
 
     def test_switching_off_warns_of_what_else_lives_on_zebra(self):
         self.both_full()
-        near.run("nhrpd", "-d")
+        near.run("sh", "-c", "nhrpd -d > /dev/null 2>&1")
         reader = near.session("reader")
         wait("nhrpd", lambda: near.call(reader, "frruci", "status")[1]["protocols"]["nhrp"]["running"])
         browser.log_in(near)
