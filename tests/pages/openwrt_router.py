@@ -26,6 +26,7 @@ PASSWORD = "secret"
 FIND_TAB = """
     const field = document.querySelector(arguments[0]), pane = field && field.closest('[data-tab-active=false]');
     return pane ? [pane.dataset.tab] : [];"""
+WIDE, PHONE = 1100, 390
 PROTOCOLS = ("ospf", "rip", "nhrp")
 
 
@@ -122,10 +123,11 @@ class Browser:
 
     def __init__(self):
         options = webdriver.ChromeOptions()
-        for word in ("--headless=new", "--no-sandbox", "--disable-gpu", "--hide-scrollbars", "--window-size=1100,900"):
+        for word in ("--headless=new", "--no-sandbox", "--disable-gpu", "--hide-scrollbars"):
             options.add_argument(word)
         options.set_capability("goog:loggingPrefs", {"browser": "ALL"})
         self.driver = webdriver.Chrome(options=options)
+        self.screen(WIDE)
 
     def close(self):
         self.driver.quit()
@@ -238,14 +240,16 @@ class Browser:
             if entry["level"] == "SEVERE" and "Failed to load resource" not in entry["message"]
         ]
 
-    def picture(self, name, width=1100):
-        """Takes the whole page, and returns the width that it needs."""
+    def screen(self, width, height=800):
         phone = width < 500
-        page = {"width": width, "height": 844 if phone else 700, "deviceScaleFactor": 2 if phone else 1, "mobile": phone}
+        page = {"width": width, "height": height, "deviceScaleFactor": 2 if phone else 1, "mobile": phone}
         self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", page)
-        page["height"] = self.driver.execute_script("return document.documentElement.scrollHeight")
-        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride", page)
+        self.width = width
+
+    def picture(self, name):
+        """Takes the whole page, and returns the width that it needs."""
+        self.screen(self.width, self.driver.execute_script("return document.documentElement.scrollHeight"))
         self.driver.save_screenshot(f"{PICTURES}/{name}.png")
         needed = self.driver.execute_script("return document.documentElement.scrollWidth")
-        self.driver.execute_cdp_cmd("Emulation.clearDeviceMetricsOverride", {})
+        self.screen(self.width)
         return needed

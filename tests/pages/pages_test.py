@@ -4,7 +4,7 @@
 import os
 import unittest
 
-from openwrt_router import HERE, Browser, Router, wait
+from openwrt_router import HERE, PHONE, WIDE, Browser, Router, wait
 
 SECOND = os.path.join(HERE, "../support/second_router")
 LINK = "10.1.2.0/24"
@@ -296,13 +296,15 @@ class Pages(unittest.TestCase):
         browser.sees("NHRP is running")
         browser.open("status")
         browser.sees(r"Full[\s\S]*10\.9\.0\.0/24")
-        for theme, suffix in (("bootstrap", "light"), ("bootstrap-dark", "dark")):
+        self.addCleanup(browser.screen, WIDE)
+        for theme, light in (("bootstrap", "light"), ("bootstrap-dark", "dark")):
             near.uci(f"set luci.main.mediaurlbase=/luci-static/{theme}", "commit luci")
-            for page in ("status", "ospf", "rip", "nhrp"):
-                browser.open(page)
-                browser.sees("running")
-                browser.picture(f"{page}-{suffix}")
-                self.assertEqual(browser.picture(f"{page}-{suffix}-phone", 390), 390, "wider than the screen")
+            for width, size in ((WIDE, ""), (PHONE, "-phone")):
+                browser.screen(width)
+                for page in ("status", "ospf", "rip", "nhrp"):
+                    browser.open(page)
+                    browser.sees("running")
+                    self.assertEqual(browser.picture(f"{page}-{light}{size}"), width, "wider than the screen")
 
 
 if __name__ == "__main__":
