@@ -26,6 +26,7 @@
 #include "rip/frr_rip.h"
 #include "rip/sw_rip.h"
 #include "rip/uc_rip.h"
+#include "tests/fuzz/lists.h"
 #include "tests/fuzz/rehearsal.h"
 #include "vty/frr_util.h"
 #include "vty/startup.h"
@@ -39,45 +40,9 @@ constexpr int kMaxLines = 96;
 constexpr int kMaxArguments = 13;
 constexpr std::size_t kRoomBytes = 16384; // for the largest record
 constexpr std::size_t kMostSize = 1024;
-constexpr std::size_t kMaxLists = 4096;
 
 constexpr char kShown[] = "eth1.2 is up\n  Internet Address 10.1.2.1/24\n"
                           "10.0.0.1 1 Full/DR 38s 10.1.2.2 eth1.2:10.1.2.1\neth1.20 2 1 2\n";
-
-dlist *lists[kMaxLists];
-std::size_t listCount = 0;
-
-void release(dlist *list) {
-    while (list->head != nullptr) {
-        insist(dlistDelete(list, list->head) == 0);
-    }
-    free(list);
-}
-
-} // namespace
-
-// These take the place of the library's own: lists that go when they are given up.
-dlist *dlistCreate(dlist_destroy_fn data_destroy, dlist_cmp_fn data_cmp) {
-    auto *list = static_cast<dlist *>(calloc(1, sizeof(dlist)));
-    insist(list != nullptr && listCount < kMaxLists);
-    list->data_destroy = data_destroy;
-    list->data_cmp = data_cmp;
-    lists[listCount++] = list;
-    return list;
-}
-
-void dlistDestroy(dlist *list) {
-    for (std::size_t i = 0; i < listCount; ++i) {
-        if (lists[i] == list) {
-            release(list);
-            lists[i] = lists[--listCount];
-            return;
-        }
-    }
-    // Else it is the handle that a new key has damaged: given up unread.
-}
-
-namespace {
 
 // ---- What the calls work on ----
 
@@ -498,17 +463,6 @@ void begin() {
     sorted = dlistCreate(nullptr, compareData);
 }
 
-void checkLists() {
-    for (std::size_t i = 0; i < listCount; ++i) {
-        uint64_t count = 0;
-        for (const dlist_node *node = lists[i]->head; node != nullptr; node = node->next) {
-            insist(node->next == nullptr ? node == lists[i]->tail : node->next->prev == node);
-            ++count;
-        }
-        insist(count == lists[i]->count);
-    }
-}
-
 void checkRip() {
     if (gRipVrfList == nullptr) {
         return;
@@ -530,9 +484,7 @@ void end() {
         const std::string name = view->name;
         insist(frrVtyViewUnreg(name.c_str()) == 0);
     }
-    while (listCount > 0) {
-        release(lists[--listCount]);
-    }
+    releaseLists();
     free(pucOspf);
     pucOspf = nullptr;
     parameters = nullptr;

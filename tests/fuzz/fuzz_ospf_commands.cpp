@@ -13,60 +13,26 @@
 #include "ospf/frr_ospf.h"
 #include "ospf/sw_ospf.h"
 #include "ospf/vty_ospf.h"
+#include "tests/fuzz/lists.h"
+#include "tests/fuzz/request.h"
 #include "vty/frr_util.h"
 
 namespace {
+
+using fuzz::insist;
 
 constexpr std::size_t kMaxBytes = 4096;
 constexpr int kMaxLines = 64;
 constexpr int kMaxArguments = 13;
 constexpr std::size_t kCommandBytes = 256;
 constexpr std::size_t kKeyBytes = 16;
-constexpr std::size_t kMaxLists = 8192;
-
-void insist(bool truth) {
-    if (!truth) {
-        abort();
-    }
-}
 
 int exchangesLeft = 0; // before the daemon answers lateCode
 int32_t lateCode = 0;
 
-dlist *lists[kMaxLists];
-std::size_t listCount = 0;
-
-void release(dlist *list) {
-    while (dlistHead(list) != nullptr) {
-        insist(dlistDelete(list, dlistHead(list)) == 0);
-    }
-    free(list);
-}
-
 } // namespace
 
-// These take the place of the library's own: no daemon, no shell, and lists that go when they are
-// given up, so that sequences can be played for hours.
-dlist *dlistCreate(dlist_destroy_fn data_destroy, dlist_cmp_fn data_cmp) {
-    auto *list = static_cast<dlist *>(calloc(1, sizeof(dlist)));
-    insist(list != nullptr && listCount < kMaxLists);
-    list->data_destroy = data_destroy;
-    list->data_cmp = data_cmp;
-    lists[listCount++] = list;
-    return list;
-}
-
-void dlistDestroy(dlist *list) {
-    for (std::size_t i = 0; i < listCount; ++i) {
-        if (lists[i] == list) {
-            release(list);
-            lists[i] = lists[--listCount];
-            return;
-        }
-    }
-    // Else it is the handle that a new key has damaged: given up unread.
-}
-
+// These take the place of the library's own: no daemon, no shell.
 int32_t frrVtyConnect(const char *path, int32_t *out_fd) {
     insist(strcmp(path, "/var/ospfd.vty") == 0);
     *out_fd = INT32_MAX; // never a descriptor of this process
@@ -220,14 +186,7 @@ void checkModel() {
     for (const OspfInterfaceEntry &entry : pucOspf->interface) {
         insist(entry.inUse <= 1 && entry.spare == 1);
     }
-    for (std::size_t i = 0; i < listCount; ++i) {
-        uint64_t count = 0;
-        for (const dlist_node *node = lists[i]->head; node != nullptr; node = node->next) {
-            insist(node->next == nullptr ? node == lists[i]->tail : node->next->prev == node);
-            ++count;
-        }
-        insist(count == lists[i]->count);
-    }
+    fuzz::checkLists();
 }
 
 void setDaemon(const char *words) {
@@ -257,9 +216,7 @@ extern "C" int LLVMFuzzerTestOneInput(const unsigned char *data, std::size_t siz
         }
     }
     checkModel();
-    while (listCount > 0) {
-        release(lists[--listCount]);
-    }
+    fuzz::releaseLists();
     free(pucOspf);
     pucOspf = nullptr;
     return 0;
