@@ -57,6 +57,13 @@ void release(Note &note) {
     }
 }
 
+void release(host::List<Note> &list) {
+    for (Note &note : list) {
+        release(note);
+    }
+    list.release();
+}
+
 bool isSame(const Note &a, const Note &b) {
     for (std::size_t i = 0; i < kFields; ++i) {
         if (!host::equals(a.fields[i], b.fields[i])) {
@@ -256,6 +263,7 @@ void saveNotes() {
     if (wasSent || isOver) {
         writeFile(saved, list);
     }
+    release(list);
     notes.applied.release();
     for (std::size_t &count : notes.changes) {
         count = 0;
@@ -268,6 +276,7 @@ bool readSaved(Saved &saved,
     host::List<Note> list;
     const bool found = readFile(saved, list);
     hearAll(list, hear, context);
+    release(list);
     return found;
 }
 

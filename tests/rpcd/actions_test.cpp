@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: Apache-2.0
 // diff, apply, doctor and call, what is kept of an apply, and keys.
 
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -156,6 +160,81 @@ TEST_F(Actions, AFileThatIsNotOursIsNotRead) {
     ASSERT_EQ(mkfifo(kApplied, 0600), 0);
     EXPECT_FALSE(has(answer("status"), "\"applied\""));
     unlink(kApplied);
+}
+
+// ---- watch ----
+
+template <typename Condition> bool waitFor(Condition condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return false;
+        }
+        poll(nullptr, 0, 1);
+    }
+    return true;
+}
+
+/// "frruci watch" for as long as this lives.
+class Watching {
+public:
+    Watching() : child_(program::start({"watch"}, said_, said_, said_)) {}
+    ~Watching() {
+        send(SIGTERM);
+        program::wait(child_);
+        close(said_);
+    }
+    Watching(const Watching &) = delete;
+    Watching &operator=(const Watching &) = delete;
+
+    /// Before, a hang-up ends it.
+    bool isReady() const {
+        return waitFor([this] {
+            char text[256] = "";
+            return pread(said_, text, sizeof text - 1, 0) > 0 && has(text, "watching");
+        });
+    }
+
+    void reload() const { send(SIGHUP); }
+
+    long residentPages() const {
+        long all = 0;
+        long resident = 0;
+        const std::string text =
+            program::readFile(("/proc/" + std::to_string(child_) + "/statm").c_str());
+        EXPECT_EQ(sscanf(text.c_str(), "%ld %ld", &all, &resident), 2);
+        return resident;
+    }
+
+private:
+    /// By hand: kill is a stand-in.
+    void send(int signal) const { syscall(SYS_kill, child_, signal); }
+
+    int said_ = open("/tmp", O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
+    pid_t child_;
+};
+
+TEST_F(Actions, AWatchGivesBackWhatItReads) {
+    std::string others = "1732200000\t3\n";
+    for (int i = 0; i < 5000; ++i) {
+        others += "other\tdaemon\tinterface eth1.2\tcommand " + std::to_string(i) + "\tno\n";
+    }
+    const char *options = getenv("ASAN_OPTIONS"); // a sanitizer keeps what is released
+    setenv("ASAN_OPTIONS",
+           (std::string(options == nullptr ? "" : options) + ":quarantine_size_mb=1").c_str(), 1);
+    const Watching watch;
+    ASSERT_TRUE(watch.isReady());
+    const auto reload = [&] {
+        stage::writeFile(kApplied, (others + "ospf\tospfd\t\told\tno\n").c_str());
+        watch.reload();
+        ASSERT_TRUE(waitFor([&] { return program::readFile(kApplied) == others; }));
+    };
+    reload();
+    const long before = watch.residentPages();
+    for (int i = 0; i < 10; ++i) {
+        reload();
+    }
+    EXPECT_LT(watch.residentPages() - before, 3000);
 }
 
 // ---- doctor ----
