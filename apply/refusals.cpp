@@ -192,10 +192,14 @@ void writeFile(const Saved &saved, const host::List<Note> &list) {
 
 void beginNotes(const Protocol &protocol) {
     notes.protocol = &protocol;
-    drop(notes.refused, protocol.name);
+    beginTry();
     for (int i = 0; i < protocol.targetCount; ++i) {
         notes.changes[static_cast<std::size_t>(protocol.targets[i])] = 0;
     }
+}
+
+void beginTry() {
+    drop(notes.refused, notes.protocol->name);
 }
 
 bool noteRefusal(const Refusal &refusal) {

@@ -23,6 +23,8 @@ struct Refusal {
 
 /// From here on notes are about this protocol; earlier ones about it are dropped.
 void beginNotes(const Protocol &protocol);
+/// What was refused so far is tried again.
+void beginTry();
 /// Copies the refusal, each once. False when it shall not be said: see keepQuiet.
 bool noteRefusal(const Refusal &refusal);
 void noteChanges(Target target, std::size_t count);

@@ -256,6 +256,7 @@ Outcome applyStored(const Protocol &protocol, bool showKeys,
             return outcome;
         }
         (void)poll(nullptr, 0, kEarlyPauseMs);
+        beginTry();
     }
 }
 

@@ -140,6 +140,24 @@ TEST_F(Actions, ALineThatNoDaemonTakesIsRefusedToo) {
     EXPECT_TRUE(has(answer("status"), "no daemon takes it"));
 }
 
+/// While mgmtd meets a daemon: what one try is refused, a later one brings in.
+TEST_F(Actions, WhatALaterTryBringsInIsNotRefused) {
+    store("rip", "config global 'global'\n\toption status 'on'\n"
+                 "config interface\n\toption interface 'eth1.2'\n"
+                 "\toption send_version 'ripv2'\n");
+    stage_.present("mgmtd");
+    stage_.answer("mgmtd", "show running-config",
+                  {.text = "frr version 10.3\ninterface eth1.2\n ip rip send version 2\nexit\n!\n"
+                           "router rip\nexit\n!\nend\n"});
+    stage_.answer("mgmtd", "show running-config", {.text = "frr version 10.3\nend\n", .times = 2});
+    stage_.answer("mgmtd", "ip rip send version 2", {.code = 13, .text = "% No.\n", .times = 1});
+    stage_.answer("mgmtd", "router rip",
+                  {.code = 13, .text = "% object was deleted by another process\n", .times = 1});
+    EXPECT_EQ(answer("apply", R"({"protocols":["rip"]})"),
+              R"({"changes":2,"refused":[],"status":0})");
+    EXPECT_TRUE(has(answer("status"), R"("changes":2,"refused":[]})"));
+}
+
 TEST_F(Actions, AnApplyThatFailsSaysWhy) {
     store("ospf", kOnlyCost);
     stage_.answer("ospfd", "ip ospf cost 7", {.closeEarly = true});
