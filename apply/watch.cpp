@@ -296,6 +296,7 @@ private:
 void catchSignals() {
     struct sigaction action = {};
     action.sa_handler = onSignal;
+    action.sa_flags = SA_RESTART; // what waits for a child process or its pipe goes on
     for (const int signal : {SIGHUP, SIGTERM, SIGINT}) {
         (void)sigaction(signal, &action, nullptr); // these can be caught
     }

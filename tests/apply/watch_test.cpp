@@ -4,6 +4,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +61,14 @@ public:
     }
     static bool said(const std::string &text) {
         return router().output("cat /tmp/watch.log").find(text) != std::string::npos;
+    }
+
+    /// Processes that it has started and not waited for.
+    int children() const {
+        return std::atoi(router()
+                             .output("grep -lx 'PPid:\t" + std::to_string(child_) +
+                                     "' /proc/[0-9]*/status 2>/dev/null | wc -l")
+                             .c_str());
     }
 
     static int count(const std::string &text) {
@@ -171,6 +180,17 @@ TEST_F(Watching, AChangedStoreIsAppliedOnHangUp) {
     watch.reload();
     EXPECT_TRUE(routers::waitFor([] { return router().processCount("ospfd") == 0; }));
     EXPECT_TRUE(Watch::said("ospf: switched off"));
+}
+
+TEST_F(Watching, AHangUpInterruptsNothing) {
+    start({"zebra", "ospfd"});
+    write("ospf", stores::ospf(kSeed));
+    const Watch watch;
+    for (int i = 0; i < 2000; ++i) {
+        watch.reload();
+        (void)poll(nullptr, 0, 1);
+    }
+    EXPECT_TRUE(routers::waitFor([&] { return watch.children() == 0; })) << watch.children();
 }
 
 TEST_F(Watching, ADaemonWhoseProtocolWasNeverOnIsLeftAlone) {
