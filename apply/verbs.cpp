@@ -249,8 +249,8 @@ Status planProtocol(const Protocol &protocol, const Request &request) {
     if (!comparison.run()) {
         return cannotRehearse(protocol);
     }
-    if (comparison.stored == Switch::Off) {
-        return applyOff(protocol, request);
+    if (comparison.stored != Switch::On) {
+        return comparison.stored == Switch::Off ? applyOff(protocol, request) : host::kAccepted;
     }
     for (int i = 0; i < protocol.targetCount; ++i) {
         if (request.answer != nullptr) {

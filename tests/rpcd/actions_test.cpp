@@ -129,6 +129,12 @@ TEST_F(Actions, ARefusalEndsWhenItsProtocolGoesOff) {
     EXPECT_TRUE(has(answer("status"), R"("refused":[]})"));
 }
 
+TEST_F(Actions, ADryRunSaysNothingOfAProtocolThatIsNotInTheStore) {
+    const Outcome planned = frruci({"--json", "apply", "--dry-run"});
+    EXPECT_EQ(planned.status, 0) << planned.errors;
+    EXPECT_EQ(jsontext::compact(planned.output), "[]");
+}
+
 TEST_F(Actions, ALineThatNoDaemonTakesIsRefusedToo) {
     store("rip", "config global 'global'\n\toption status 'on'\n"
                  "config interface\n\toption interface 'eth1.2'\n\toption authen_mode 'md5'\n"
