@@ -29,7 +29,7 @@ void put(Json object, const char *key, int64_t number);
 void putFlag(Json object, const char *key, bool flag);
 void append(Json array, Json value);
 
-/// A request's text, which may have nothing but spaces behind its value; null for anything else.
+/// A request's text, which may have nothing but spaces after its value; null for anything else.
 Json jsonOfRequest(const char *text, std::size_t size);
 
 enum class JsonKind { kObject, kArray, kText, kNumber, kOther };

@@ -240,8 +240,7 @@ void addLine(const Verdict &verdict, Text &text) {
     }
 }
 
-} // namespace
-
+/// A verdict as a line for people: a note with its reason, a refusal, or what else went wrong.
 void addTold(const Verdict &verdict, Text &text) {
     const bool noted = verdict.outcome == Outcome::kNoted;
     text.add(noted ? "note: " : "");
@@ -251,7 +250,10 @@ void addTold(const Verdict &verdict, Text &text) {
     }
 }
 
-void Judgement::tell() const {
+} // namespace
+
+void Judgement::visitTold(void (*hear)(const Verdict &verdict, const char *line, void *context),
+                          void *context) const {
     Text told;
     for (const Verdict &verdict : verdicts_) {
         if (verdict.outcome == Outcome::kAccepted) {
@@ -259,12 +261,17 @@ void Judgement::tell() const {
         }
         Text line;
         addTold(verdict, line);
-        line.add("\n");
-        if (strstr(told.get(), line.get()) == nullptr) { // once, though sent for both instances
-            told.add(line.get());
-            complain("%.*s", static_cast<int>(line.size() - 1), line.get());
+        Text whole;
+        whole.addf("%s\n", line.get());
+        if (strstr(told.get(), whole.get()) == nullptr) {
+            told.add(whole.get());
+            hear(verdict, line.get(), context);
         }
     }
+}
+
+void Judgement::tell() const {
+    visitTold([](const Verdict &, const char *line, void *) { complain("%s", line); }, nullptr);
 }
 
 } // namespace frruci::host

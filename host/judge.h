@@ -47,6 +47,10 @@ public:
 
     /// Notes, refusals and the rest, one line each, on err; keys hidden.
     void tell() const;
+    /// Hears of what was not accepted, with its line for people; once, though it was sent for both
+    /// instances.
+    void visitTold(void (*hear)(const Verdict &verdict, const char *line, void *context),
+                   void *context) const;
 
 private:
     Verdict judge(const Step &step) const;
@@ -69,9 +73,6 @@ void addContext(const Step &step, Text &text);
 
 /// The daemon's own words in one line; its code where it said nothing.
 void addAnswer(const Command &command, Text &text);
-
-/// A verdict as a line for people: a note with its reason, a refusal, or what else went wrong.
-void addTold(const Verdict &verdict, Text &text);
 
 const char *nameOf(Outcome outcome);
 

@@ -353,8 +353,7 @@ constexpr VerbText kRpcdText = {
     "What /usr/libexec/rpcd/frruci runs. The arguments of a method are a JSON object on standard "
     "input, its answer is one on standard output. What is wrong with a request is told on standard "
     "error; the answer is no object then, which rpcd reports as an invalid argument. Keys are "
-    "never "
-    "shown.",
+    "never shown.",
 };
 
 constexpr VerbText kHelpText = {

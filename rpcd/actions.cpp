@@ -145,25 +145,17 @@ void appendVerdict(Json refused, const host::Verdict &verdict) {
                   refused);
 }
 
-/// Each once, though it was sent for both instances.
 void hearCalled(const host::Called &called, void *context) {
     Json refused = host::jsonArray();
-    host::Text told;
-    for (const host::Verdict &verdict : called.judgement.verdicts()) {
-        host::Text line;
-        host::addTold(verdict, line);
-        line.add("\n");
-        if (verdict.outcome == host::Outcome::kAccepted ||
-            strstr(told.get(), line.get()) != nullptr) {
-            continue;
-        }
-        told.add(line.get());
-        if (verdict.outcome == host::Outcome::kRefused) {
-            appendVerdict(refused, verdict);
-        } else {
-            host::complain("%.*s", static_cast<int>(line.size() - 1), line.get());
-        }
-    }
+    called.judgement.visitTold(
+        [](const host::Verdict &verdict, const char *line, void *into) {
+            if (verdict.outcome == host::Outcome::kRefused) {
+                appendVerdict(static_cast<Json>(into), verdict);
+            } else {
+                host::complain("%s", line);
+            }
+        },
+        refused);
     *static_cast<Json *>(context) = callAnswer(called.reply.get(), called.status, refused);
 }
 

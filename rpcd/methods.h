@@ -15,7 +15,7 @@ using host::Json;
 enum class Type { kText, kTexts };
 
 struct Argument {
-    const char *name; ///< null behind the last one
+    const char *name; ///< null after the last one
     Type type;
     bool isNeeded;
     bool (*fits)(const char *text); ///< each text; null for any
