@@ -35,6 +35,8 @@ constexpr const char *kLockedFolder = "/var";
 
 /// In its refusals of a setting, and of a removal by path.
 constexpr const char *kBusyTexts[] = {"could not lock ", " is locked by another session "};
+/// In that of a setting whose context it has dropped since it was entered.
+constexpr const char *kLostText = "object was deleted by another process";
 
 constexpr int64_t kTurnMs = 5000;
 constexpr int64_t kPatienceMs = 1000;
@@ -56,13 +58,14 @@ bool isOneOf(const char *text, std::span<const char *const> texts) {
     return false;
 }
 
-bool configures(std::span<const char *const> steps) {
-    for (const char *step : steps) {
-        if (step != nullptr && isOneOf(step, kEntries)) {
-            return true;
+/// How many steps lead into the configuration; 0 when none does.
+std::size_t entrySteps(std::span<const char *const> steps) {
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (steps[i] != nullptr && isOneOf(steps[i], kEntries)) {
+            return i + 1;
         }
     }
-    return false;
+    return 0;
 }
 
 bool tellsOfLock(const char *reply) {
@@ -144,7 +147,8 @@ Manager::~Manager() {
 }
 
 bool Manager::takeOver(Session &session, std::span<const char *const> steps) {
-    if (!isOneOf(session.path(), kManagedSockets) || !configures(steps)) {
+    firstContext_ = entrySteps(steps);
+    if (!isOneOf(session.path(), kManagedSockets) || firstContext_ == 0) {
         return true;
     }
     int manager = connectToManager();
@@ -162,8 +166,12 @@ bool Manager::takeOver(Session &session, std::span<const char *const> steps) {
     return session.isOpen();
 }
 
-bool Manager::wasBusy(int32_t result, const char *reply) {
-    if (lock_ < 0 || result <= 0 || !tellsOfLock(reply)) {
+bool Manager::goesOn(int32_t result, const char *reply, std::size_t &step) {
+    if (lock_ < 0 || result <= 0) {
+        return false;
+    }
+    const bool isLost = strstr(reply, kLostText) != nullptr;
+    if (!isLost && !tellsOfLock(reply)) {
         return false;
     }
     if (patienceEndMs_ == 0) {
@@ -173,6 +181,7 @@ bool Manager::wasBusy(int32_t result, const char *reply) {
         return false;
     }
     outside::pauseFor(0, kBusyPauseUs);
+    step = isLost ? firstContext_ : step;
     return true;
 }
 

@@ -4,6 +4,7 @@
 #ifndef FRRUCI_VTY_MANAGER_H
 #define FRRUCI_VTY_MANAGER_H
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 
@@ -29,12 +30,14 @@ public:
     /// this walk's turn for 5 seconds.
     bool takeOver(Session &session, std::span<const char *const> steps);
 
-    /// After a step: true, after a pause, when mgmtd was busy with a daemon that has just started
-    /// and the step is to be sent again; for 1 second in a walk.
-    bool wasBusy(int32_t result, const char *reply);
+    /// After a step that failed: true, after a pause, when mgmtd was busy with a daemon that has
+    /// just started. Then step is the one to go on with: the same, or the first context where mgmtd
+    /// has taken the context away. For 1 second in a walk.
+    bool goesOn(int32_t result, const char *reply, std::size_t &step);
 
 private:
     int lock_ = -1;
+    std::size_t firstContext_ = 0; ///< the step after the entry into the configuration
     int64_t patienceEndMs_ = 0;
 };
 

@@ -34,19 +34,15 @@ int32_t walk(Session &session, std::span<const char *const> steps, const Reply &
     if (!session.isOpen() || !manager.takeOver(session, steps)) {
         return kFailed;
     }
-    for (const char *step : steps) {
-        if (step == nullptr) {
-            break;
-        }
+    for (std::size_t i = 0; i < steps.size() && steps[i] != nullptr;) {
         if (reply.policy == ReplyPolicy::kFresh) {
             memset(reply.text, 0, static_cast<std::size_t>(reply.bytes));
         }
         uint8_t code = 0;
-        int32_t result = 0;
-        do {
-            result = frrVtyRun(session.fd(), step, &code, reply.text, reply.bytes);
-        } while (manager.wasBusy(result, reply.text));
-        if (result != kSuccess) {
+        const int32_t result = frrVtyRun(session.fd(), steps[i], &code, reply.text, reply.bytes);
+        if (result == kSuccess) {
+            ++i;
+        } else if (!manager.goesOn(result, reply.text, i)) {
             return result;
         }
     }

@@ -16,6 +16,7 @@ namespace {
 
 constexpr const char *kCommand = "ip rip send version 1";
 constexpr const char *kBusy = "% command failed, could not lock running DS\n";
+constexpr const char *kLost = "Current configuration object was deleted by another process.\n\n";
 constexpr int kTurnPauseUs = 10000;
 constexpr int kBusyPauseUs = 50000;
 
@@ -205,6 +206,20 @@ TEST_F(Mgmtd, PatienceIsForOneTextOnly) {
         EXPECT_EQ(occurrences(stage_.trace(), kCommand), row.sent);
         refuse(0, "", -1);
     }
+}
+
+TEST_F(Mgmtd, AContextThatWasTakenAwayIsEnteredAgain) {
+    refuse(1, kLost, 2);
+    EXPECT_EQ(deliver(), 0U);
+    std::string trace = stage_.trace();
+    EXPECT_EQ(occurrences(trace, "configure"), 1) << trace;
+    EXPECT_EQ(occurrences(trace, "interface eth1.2"), 3) << trace;
+    EXPECT_EQ(occurrences(trace, kCommand), 3) << trace;
+
+    refuse(1, kLost, -1);
+    EXPECT_EQ(deliver(), 1U);
+    trace = stage_.trace();
+    EXPECT_LE(occurrences(trace, pause(kBusyPauseUs)) * kBusyPauseUs, 1000000) << trace;
 }
 
 TEST_F(Mgmtd, AnotherDaemonsLockIsNoReasonForPatience) {
